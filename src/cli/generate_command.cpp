@@ -1,0 +1,91 @@
+#include "cli/command.h"
+#include "generation/generate.h"
+#include "startup/MMain.h"
+#include "startup/menu.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QTextStream>
+
+#include <algorithm>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+struct Options {
+    std::string company;
+    std::string equipment;
+    std::vector<std::string> levels;
+    std::string from;
+    std::string to;
+    bool source = false;
+    std::string folder;
+};
+
+Levels chosenLevels(const std::vector<std::string>& names)
+{
+    const auto named = [&names](const char* level) {
+        return std::find(names.begin(), names.end(), level) != names.end();
+    };
+    return {named("phone"), named("company"), named("equipment")};
+}
+
+/// The request that the options make, completed by what is remembered for the company and model.
+GenerationRequest requestOf(MMain& main, const Options& options)
+{
+    GenerationRequest request;
+    request.company = QString::fromStdString(options.company);
+    request.equipment = QString::fromStdString(options.equipment);
+    request.phoneFrom = QString::fromStdString(options.from);
+    request.phoneTo = QString::fromStdString(options.to);
+    request.withSource = options.source;
+    request.levels = options.levels.empty() ? rememberedLevels(main, request.company, request.equipment)
+                                            : chosenLevels(options.levels);
+    request.folder = options.folder.empty()
+                         ? rememberedFolder(main, request.company + request.equipment, u"$$GENPATH"_s)
+                         : QString::fromStdString(options.folder);
+    const QList<ListEntry> phones = phonesOf(main, request.company, request.equipment);
+    if (!phones.isEmpty() && request.phoneFrom.isEmpty())
+        request.phoneFrom = phones.first().code;
+    if (!phones.isEmpty() && request.phoneTo.isEmpty())
+        request.phoneTo = phones.last().code;
+    return request;
+}
+
+ExitStatus run(MMain& main, const Options& options)
+{
+    if (!canReachMenuItem(main, u"GenConf"_s)) {
+        main.showMessage(u"M208"_s, main.userName);
+        return EndedWithMessage;
+    }
+    QTextStream out(stdout);
+    const RunReport report = {[&out](const QString& line) { out << line << Qt::endl; },
+                              [](qsizetype, qsizetype) {}};
+    return Generate(main, requestOf(main, options), report) ? Done : EndedWithMessage;
+}
+
+} // namespace
+
+Command generateCommand(CLI::App& application)
+{
+    CLI::App* parser = application.add_subcommand("generate", "Write the configuration files of phones");
+    const auto options = std::make_shared<Options>();
+    parser->add_option("--company", options->company, "Code of the company")->required();
+    parser->add_option("--equipment", options->equipment, "Code of the model")->required();
+    parser
+        ->add_option("--levels", options->levels,
+                     "Levels to include, of phone, company and equipment (default: as remembered)")
+        ->delimiter(',')
+        ->check(CLI::IsMember({"phone", "company", "equipment"}));
+    parser->add_option("--from", options->from, "First phone (default: the first of the company and model)");
+    parser->add_option("--to", options->to, "Last phone (default: the last of the company and model)");
+    parser->add_flag("--source", options->source, "Write a readable source copy beside each file");
+    parser->add_option("--folder", options->folder, "Folder for the files (default: as remembered)");
+    return {parser, [options](MMain& main) { return run(main, *options); }};
+}
+
+} // namespace velmora

@@ -1,0 +1,51 @@
+// velmora-cli: the batch jobs of the desktop program from a terminal or a scheduler.
+#include "cli/command.h"
+#include "cli/terminal_prompts.h"
+#include "startup/MMain.h"
+#include "startup/program_folder.h"
+#include "startup/start_up.h"
+#include "startup/user_name.h"
+#include "startup/version.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QCoreApplication>
+#include <QTextStream>
+
+#include <algorithm>
+
+using namespace velmora;
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    CLI::App parser("Velmora: configuration files, phone books and restarts of IP phones", "velmora-cli");
+    parser.set_version_flag("--version", versionText().toStdString());
+    parser.require_subcommand(1);
+    std::string folder;
+    std::string actAs;
+    bool yes = false;
+    parser.add_option("--program-dir", folder, "The folder of ParamDB.txt and the seed file");
+    const CLI::Option* as = parser.add_option("--as", actAs, "Act as this user (superusers only)");
+    parser.add_flag("--yes", yes, "Answer yes to every question");
+    const std::vector<Command> commands = {startCommand(parser), listCommand(parser),
+                                           generateCommand(parser)};
+    try {
+        parser.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return parser.exit(error) == 0 ? Done : WrongUsage;
+    }
+
+    const auto userAnswer = as->count() > 0 ? std::optional(QString::fromStdString(actAs)) : std::nullopt;
+    MMain mainModule(programFolder(QString::fromStdString(folder)), terminalPrompts(userAnswer, yes));
+    if (!StartUp(mainModule, systemUserName()))
+        return StartUpEnded;
+    const auto chosen = std::find_if(commands.begin(), commands.end(),
+                                     [](const Command& command) { return command.parser->parsed(); });
+    try {
+        return chosen->run(mainModule);
+    } catch (const DatabaseError& error) {
+        mainModule.prompts.show(error.description(), error.statement());
+        return EndedWithMessage;
+    }
+}

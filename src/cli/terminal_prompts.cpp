@@ -1,0 +1,64 @@
+#include "cli/terminal_prompts.h"
+
+#include <QTextStream>
+
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+bool onTerminal()
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stdin)) != 0;
+#else
+    return isatty(fileno(stdin)) != 0;
+#endif
+}
+
+void show(const QString& text, const QString& details)
+{
+    QTextStream err(stderr);
+    err << text << '\n';
+    if (!details.isEmpty())
+        err << details << '\n';
+}
+
+/// A line from the terminal; nothing without one, or at its end.
+std::optional<QString> ask(const QString& question)
+{
+    if (!onTerminal())
+        return std::nullopt;
+    QTextStream(stderr) << question << ' ';
+    const QString line = QTextStream(stdin).readLine();
+    return line.isNull() ? std::nullopt : std::optional(line.trimmed());
+}
+
+} // namespace
+
+Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
+{
+    return {
+        show,
+        [yes](const QString& question, const QString&) {
+            return yes ||
+                   ask(question + " [y/N]"_L1).value_or(QString()).startsWith(u'y', Qt::CaseInsensitive);
+        },
+        [actAs](const QString& question, const QString& proposal) {
+            return actAs ? actAs : ask(question + " ["_L1 + proposal + u']');
+        },
+        [](const QString&) { return std::optional<QString>(); },
+        [] {},
+    };
+}
+
+} // namespace velmora

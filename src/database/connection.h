@@ -1,0 +1,51 @@
+// A connection to one database.
+#pragma once
+
+#include "database/engine.h"
+#include "database/recordset.h"
+
+#include <QVariant>
+
+#include <memory>
+
+namespace velmora {
+
+/// One open database. Every failing call throws DatabaseError. Not for use from several threads.
+class Connection {
+public:
+    /// How long opening, or waiting for another session's lock, may take.
+    static constexpr int connectionTimeoutSeconds = 30;
+
+    Connection();
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// Opens the database that `connectionString` names (see ConnectionString). Read-only, it must exist.
+    void open(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite);
+    void close();
+
+    /// Runs a statement, the values bound to its "?" in order.
+    void execute(const QString& statement, const QVariantList& values = {});
+    /// Runs a query and holds its whole result.
+    Recordset select(const QString& statement, const QVariantList& values = {});
+    /// Runs a query whose rows are read one by one.
+    Cursor cursor(const QString& statement, const QVariantList& values = {});
+
+    /// The names of all permanent tables.
+    QStringList tables();
+    /// The columns of `table` in table order; none when there is no such table.
+    QList<Column> columns(const QString& table);
+    /// Makes the session refuse too long texts and missing keys in the tables that exist now.
+    void holdDeclaredTypes();
+
+private:
+    friend class Transaction;
+
+    QSqlQuery run(const QString& statement, const QVariantList& values);
+
+    QString m_name;
+    std::unique_ptr<Engine> m_engine;
+};
+
+} // namespace velmora

@@ -1,0 +1,60 @@
+// What differs between database engines, in one place each.
+#pragma once
+
+#include "database/connection_string.h"
+#include "database/database_error.h"
+
+#include <QList>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QStringList>
+
+#include <memory>
+
+namespace velmora {
+
+class Connection;
+
+/// Whether a connection may write. An earlier database is only read, and must exist.
+enum class OpenMode { ReadWrite, ReadOnly };
+
+/// A column as the schema declares it.
+struct Column {
+    QString name;
+    /// The declared number of characters; 0 when the type names none.
+    int width = 0;
+    /// The 1-based place in the primary key; 0 for a column outside it.
+    int keyPosition = 0;
+};
+
+/// The differences between one engine and the others. Stateless.
+class Engine {
+public:
+    Engine() = default;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+    virtual ~Engine() = default;
+
+    /// The name of the Qt SQL driver.
+    virtual QString driver() const = 0;
+    /// Fills `database` from the connection string. Throws DatabaseError naming a missing key.
+    virtual void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const = 0;
+    /// Prepares an opened session; a statement that fails here counts as a failed open.
+    virtual void prepareSession(Connection& connection, OpenMode mode) const = 0;
+    /// The statement that begins a transaction which is going to write.
+    virtual QString beginTransaction() const = 0;
+    /// Why the engine refused a statement.
+    virtual DatabaseError::Reason reason(const QSqlError& error) const = 0;
+    /// The names of all permanent tables.
+    virtual QStringList tables(Connection& connection) const = 0;
+    /// The columns of `table` in table order; none when there is no such table.
+    virtual QList<Column> columns(Connection& connection, const QString& table) const = 0;
+    /// Makes the session refuse texts longer than declared and missing key values in the permanent tables
+    /// and in the session's own, where the engine does not do so by itself.
+    virtual void holdDeclaredTypes(Connection& connection) const = 0;
+};
+
+/// The engine that `Provider` names. Throws DatabaseError when it is missing or unknown.
+std::unique_ptr<Engine> engineFor(const ConnectionString& string);
+
+} // namespace velmora

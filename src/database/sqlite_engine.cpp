@@ -1,0 +1,139 @@
+#include "database/sqlite_engine.h"
+
+#include "database/connection.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+QString identifier(const QString& schema, const QString& name)
+{
+    return schema + u".\""_s + QString(name).replace(u'"', "\"\""_L1) + u'"';
+}
+
+QString literal(QString text)
+{
+    return u'\'' + text.replace(u'\'', "''"_L1) + u'\'';
+}
+
+/// One "WHEN ... THEN RAISE" branch per rule that the declared type of a column sets.
+QString guardBranches(const QString& table, const QList<Column>& columns)
+{
+    QString branches;
+    for (const Column& column : columns) {
+        const QString value = identifier(u"NEW"_s, column.name);
+        const QString name = table + u'.' + column.name;
+        if (column.keyPosition > 0)
+            branches +=
+                u" WHEN %1 IS NULL THEN RAISE(ABORT, %2)"_s.arg(value, literal(name + u" is required"_s));
+        if (column.width > 0) {
+            const QString limit = QString::number(column.width);
+            const QString refusal = name + u" holds at most "_s + limit + u" characters"_s;
+            branches += u" WHEN length(%1) > %2 THEN RAISE(ABORT, %3)"_s.arg(value, limit, literal(refusal));
+        }
+    }
+    return branches;
+}
+
+void guardTable(Connection& connection, const QString& schema, const QString& table,
+                const QList<Column>& columns)
+{
+    const QString branches = guardBranches(table, columns);
+    if (branches.isEmpty())
+        return;
+    for (const QString& event : {u"INSERT"_s, u"UPDATE"_s}) {
+        const QString trigger = identifier(u"temp"_s, u"guard_%1_%2_%3"_s.arg(schema, event, table));
+        connection.execute(u"DROP TRIGGER IF EXISTS "_s + trigger);
+        connection.execute(u"CREATE TRIGGER %1 BEFORE %2 ON %3 BEGIN SELECT CASE%4 END; END"_s.arg(
+            trigger, event, identifier(schema, table), branches));
+    }
+}
+
+QStringList tablesOf(Connection& connection, const QString& schema)
+{
+    Cursor cursor = connection.cursor(u"SELECT name FROM %1 WHERE type = 'table' AND substr(name, 1, 7) <> "
+                                      "'sqlite_' ORDER BY name"_s.arg(schema));
+    QStringList names;
+    while (cursor.next())
+        names << cursor.text(0);
+    return names;
+}
+
+/// The result codes of a refused PRIMARY KEY or UNIQUE (https://www.sqlite.org/rescode.html).
+constexpr int constraintPrimaryKey = 1555;
+constexpr int constraintUnique = 2067;
+
+} // namespace
+
+QString SqliteEngine::driver() const
+{
+    return u"QSQLITE"_s;
+}
+
+void SqliteEngine::configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const
+{
+    database.setDatabaseName(string.required(u"Data Source"_s));
+    QString options = u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(Connection::connectionTimeoutSeconds * 1000);
+    if (mode == OpenMode::ReadOnly)
+        options += u";QSQLITE_OPEN_READONLY"_s;
+    database.setConnectOptions(options);
+}
+
+void SqliteEngine::prepareSession(Connection& connection, OpenMode mode) const
+{
+    // The engine reads a file only when a statement needs it: this one finds out that it is no database.
+    connection.execute(u"PRAGMA schema_version"_s);
+    connection.execute(u"PRAGMA temp_store = MEMORY"_s);
+    if (mode == OpenMode::ReadOnly)
+        return;
+    connection.execute(u"PRAGMA journal_mode = WAL"_s);
+    connection.execute(u"PRAGMA synchronous = FULL"_s);
+    connection.execute(u"PRAGMA foreign_keys = ON"_s);
+}
+
+QString SqliteEngine::beginTransaction() const
+{
+    // Takes the write lock at once: a transaction that first reads and then writes could fail without
+    // waiting.
+    return u"BEGIN IMMEDIATE"_s;
+}
+
+DatabaseError::Reason SqliteEngine::reason(const QSqlError& error) const
+{
+    const int code = error.nativeErrorCode().toInt();
+    return code == constraintPrimaryKey || code == constraintUnique ? DatabaseError::Reason::DuplicateKey
+                                                                    : DatabaseError::Reason::Other;
+}
+
+QStringList SqliteEngine::tables(Connection& connection) const
+{
+    return tablesOf(connection, u"sqlite_master"_s);
+}
+
+QList<Column> SqliteEngine::columns(Connection& connection, const QString& table) const
+{
+    static const QRegularExpression sizedText(u"^n?(?:var)?char\\((\\d+)\\)$"_s,
+                                              QRegularExpression::CaseInsensitiveOption);
+    Cursor cursor =
+        connection.cursor(u"SELECT name, type, pk FROM pragma_table_info(?) ORDER BY cid"_s, {table});
+    QList<Column> columns;
+    while (cursor.next()) {
+        const QRegularExpressionMatch sized = sizedText.match(cursor.text(1));
+        columns << Column{cursor.text(0), sized.captured(1).toInt(), cursor.text(2).toInt()};
+    }
+    return columns;
+}
+
+void SqliteEngine::holdDeclaredTypes(Connection& connection) const
+{
+    for (const QString& table : tablesOf(connection, u"sqlite_master"_s))
+        guardTable(connection, u"main"_s, table, columns(connection, table));
+    for (const QString& table : tablesOf(connection, u"sqlite_temp_master"_s))
+        guardTable(connection, u"temp"_s, table, columns(connection, table));
+}
+
+} // namespace velmora

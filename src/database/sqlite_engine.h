@@ -1,0 +1,23 @@
+// The embedded engine.
+#pragma once
+
+#include "database/engine.h"
+
+namespace velmora {
+
+/// SQLite in one file: `Data Source` names it. Foreign keys on, write-ahead log, full durability.
+/// Widths and required keys are held by temporary triggers, so that the stored schema stays exactly the
+/// creation statements (https://www.sqlite.org/lang_createtrigger.html#temp_triggers_on_non_temp_tables).
+class SqliteEngine final : public Engine {
+public:
+    QString driver() const override;
+    void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const override;
+    void prepareSession(Connection& connection, OpenMode mode) const override;
+    QString beginTransaction() const override;
+    DatabaseError::Reason reason(const QSqlError& error) const override;
+    QStringList tables(Connection& connection) const override;
+    QList<Column> columns(Connection& connection, const QString& table) const override;
+    void holdDeclaredTypes(Connection& connection) const override;
+};
+
+} // namespace velmora

@@ -1,0 +1,59 @@
+// velmora: the desktop program. Runs the start-up and joins the menu items to their windows.
+#include "desktop/desktop_prompts.h"
+#include "generation/FGenerate.h"
+#include "startup/FMain.h"
+#include "startup/MMain.h"
+#include "startup/failure_report.h"
+#include "startup/program_folder.h"
+#include "startup/start_up.h"
+#include "startup/user_name.h"
+#include "startup/version.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
+
+namespace {
+
+/// The program folder that the command line chose, or an empty text.
+QString chosenFolder(const QApplication& application)
+{
+    QCommandLineParser parser;
+    const QCommandLineOption folder(u"program-dir"_s, u"The folder of ParamDB.txt and the seed file."_s,
+                                    u"DIR"_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOption(folder);
+    parser.process(application);
+    return parser.value(folder);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"velmora"_s);
+    QApplication::setApplicationVersion(versionText());
+
+    MMain mainModule(programFolder(chosenFolder(application)), desktopPrompts());
+    if (!StartUp(mainModule, systemUserName()))
+        return 3;
+
+    std::unique_ptr<FMain> window;
+    const bool made = reportFailures(mainModule, [&] {
+        window = std::make_unique<FMain>(mainModule);
+        window->setActions({
+            {u"GenConf"_s,
+             [&] { window->showChild(u"FGenerate"_s, [&] { return new FGenerate(mainModule); }); }},
+        });
+    });
+    if (!made)
+        return 3;
+    window->show();
+    return QApplication::exec();
+}

@@ -1,0 +1,15 @@
+// Reading the data files: fields separated by ";", quoted as in RFC 4180.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace velmora {
+
+/// The rows of `text`. A field that holds ";", a quote or a line end stands in quotes ("), a quote in it is
+/// doubled. Throws std::invalid_argument naming the row where a quote is not closed or stands in an unquoted
+/// field.
+QList<QStringList> parseSeparatedValues(const QString& text);
+
+} // namespace velmora

@@ -1,0 +1,60 @@
+#include "files/ansi.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <array>
+
+namespace velmora {
+
+namespace {
+
+/// The characters of the bytes 0x80 to 0x9F; all other bytes are the characters of the same number.
+constexpr std::array<char16_t, 32> upperControls = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+/// The byte of a character, or -1 when Windows-1252 has none.
+int ansiByte(char16_t character)
+{
+    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+        return character;
+    const auto found = std::find(upperControls.begin(), upperControls.end(), character);
+    return found == upperControls.end() ? -1 : 0x80 + static_cast<int>(found - upperControls.begin());
+}
+
+QString fromAnsi(const QByteArray& bytes)
+{
+    QString text = QString::fromLatin1(bytes);
+    for (QChar& character : text)
+        if (character.unicode() >= 0x80 && character.unicode() <= 0x9F)
+            character = upperControls[character.unicode() - 0x80U];
+    return text;
+}
+
+} // namespace
+
+bool appendAnsi(QByteArray& bytes, QStringView text)
+{
+    bool complete = true;
+    bytes.reserve(bytes.size() + text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const int byte = ansiByte(text[i].unicode());
+        bytes.append(byte < 0 ? '?' : static_cast<char>(byte));
+        complete = complete && byte >= 0;
+        // A character beyond the basic plane is two code units but one "?".
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            ++i;
+    }
+    return complete;
+}
+
+QString decodeText(const QByteArray& bytes)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    const QString text = utf8(bytes);
+    return utf8.hasError() ? fromAnsi(bytes) : text;
+}
+
+} // namespace velmora

@@ -1,0 +1,17 @@
+// Text files of the devices and of Windows programs: Windows-1252, called ANSI.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace velmora {
+
+/// Appends `text` to `bytes` in Windows-1252. A character outside it becomes "?".
+/// Returns whether every character could be written.
+/// The format: https://encoding.spec.whatwg.org/index-windows-1252.txt
+bool appendAnsi(QByteArray& bytes, QStringView text);
+
+/// The text of a file: UTF-8 where a byte-order mark says so or the bytes are valid UTF-8, else Windows-1252.
+QString decodeText(const QByteArray& bytes);
+
+} // namespace velmora

@@ -1,0 +1,99 @@
+#include "generation/SelectionPanel.h"
+
+#include "startup/MMain.h"
+#include "startup/failure_report.h"
+
+#include <QFormLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidget(parent), m_main(main)
+{
+    auto* layout = new QFormLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    const QStringList captions = {u"Company"_s, u"Equipment"_s, u"Phone from"_s, u"Phone to"_s};
+    for (int list = 1; list <= lists; ++list) {
+        auto* filter = new QComboBox;
+        filter->setObjectName(u"Filter_%1"_s.arg(list));
+        filter->setEnabled(list == 1);
+        filter->setMinimumContentsLength(30);
+        auto* label = new QLabel(captions[list - 1]);
+        label->setObjectName(u"FLab_%1"_s.arg(list));
+        label->setBuddy(filter);
+        layout->addRow(label, filter);
+        m_filters << filter;
+        connect(filter, &QComboBox::activated, this,
+                [this, list] { reportFailures(m_main, [this, list] { chosen(list); }); });
+    }
+    fill(1, companies(m_main));
+    setFocusProxy(m_filters.first());
+}
+
+void SelectionPanel::clearPhones()
+{
+    clear(3);
+    clear(4);
+}
+
+void SelectionPanel::fillPhones()
+{
+    fill(3, phonesOf(m_main, company(), equipment()));
+    m_filters[2]->setCurrentIndex(0);
+    fillPhoneTo();
+}
+
+QString SelectionPanel::code(int list) const
+{
+    return list > m_filters.size() ? QString() : codeOf(m_filters[list - 1]->currentText());
+}
+
+void SelectionPanel::chosen(int list)
+{
+    switch (list) {
+    case 1:
+        for (int later = 2; later <= m_filters.size(); ++later)
+            clear(later);
+        if (m_filters.size() > 1)
+            fill(2, modelsOf(m_main, company()));
+        Q_EMIT companyChosen();
+        break;
+    case 2:
+        Q_EMIT equipmentChosen();
+        break;
+    case 3:
+        fillPhoneTo();
+        Q_EMIT rangeChosen();
+        break;
+    default:
+        Q_EMIT rangeChosen();
+    }
+}
+
+void SelectionPanel::clear(int list)
+{
+    m_filters[list - 1]->clear();
+    m_filters[list - 1]->setEnabled(false);
+}
+
+void SelectionPanel::fill(int list, const QList<ListEntry>& entries)
+{
+    QComboBox* filter = m_filters[list - 1];
+    filter->clear();
+    for (const ListEntry& entry : entries)
+        filter->addItem(entry.text());
+    filter->setCurrentIndex(-1);
+    filter->setEnabled(!entries.isEmpty());
+}
+
+void SelectionPanel::fillPhoneTo()
+{
+    const QString before = m_filters[3]->currentText();
+    fill(4, phonesOf(m_main, company(), equipment(), phoneFrom()));
+    const int kept = before.isEmpty() ? -1 : m_filters[3]->findText(before);
+    m_filters[3]->setCurrentIndex(kept >= 0 ? kept : m_filters[3]->count() - 1);
+}
+
+} // namespace velmora

@@ -1,0 +1,200 @@
+#include "generation/generate.h"
+
+#include "files/file_error.h"
+#include "files/stored_path.h"
+#include "files/whole_file.h"
+#include "generation/GXP2000.h"
+#include "startup/MMain.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+/// Empties the staging table when a run ends, however it ends.
+class StagingCleanup {
+public:
+    explicit StagingCleanup(MMain& main) : m_main(main) {}
+    ~StagingCleanup()
+    {
+        try {
+            clearStaging(m_main);
+        } catch (const DatabaseError&) {
+            // The database is gone, and the private staging table with it.
+        }
+    }
+    StagingCleanup(const StagingCleanup&) = delete;
+    StagingCleanup& operator=(const StagingCleanup&) = delete;
+
+private:
+    MMain& m_main;
+};
+
+QString describe(const Phone& phone)
+{
+    return phone.code + " - "_L1 + phone.description;
+}
+
+/// Writes `content` under `name`, a name made of database texts, which must not lead out of the folder.
+void writeNamedFile(const QString& folder, const QString& name, const QByteArray& content)
+{
+    if (name.contains(u'/') || name.contains(u'\\'))
+        throw FileError(name, u"a code or MAC address in this file name holds \"/\" or \"\\\""_s);
+    writeWholeFile(pathIn(folder, name), content);
+}
+
+/// One run over the phones of the shared record set. A step that returns false ends it.
+class Run {
+public:
+    Run(MMain& main, const GenerationRequest& request, const RunReport& report)
+        : m_main(main), m_request(request), m_report(report)
+    {
+    }
+
+    bool overAllPhones()
+    {
+        const qsizetype total = m_main.phones.recordCount();
+        m_report.progress(0, total);
+        for (; !m_main.phones.eof(); m_main.phones.moveNext()) {
+            if (m_main.stopFlag)
+                return stopped(m_main.phones.absolutePosition() - 1, total);
+            if (!generatePhone())
+                return false;
+            m_report.progress(m_main.phones.absolutePosition(), total);
+        }
+        m_report.line(m_main.messageLine(u"M12"_s));
+        return true;
+    }
+
+private:
+    bool stopped(qsizetype done, qsizetype total)
+    {
+        m_report.line(
+            m_main.messageLine(u"M205"_s, QString::number(done) + " / "_L1 + QString::number(total)));
+        return false;
+    }
+
+    bool generatePhone()
+    {
+        clearStaging(m_main);
+        const QString folder = localFolder(m_main.ExpandMacros(m_request.folder));
+        if (m_main.stopFlag)
+            return false;
+        if (!QDir(folder).exists()) {
+            m_main.showMessage(u"M7"_s, folder);
+            return false;
+        }
+        return stageAllLevels() && dispatch(folder);
+    }
+
+    bool stageAllLevels()
+    {
+        const auto stage = [this](bool wanted, auto level) {
+            if (wanted)
+                level(m_main, m_report.line);
+            return !m_main.stopFlag;
+        };
+        return stage(m_request.levels.equipment, stageEquipmentLevel) &&
+               stage(m_request.levels.company, stageCompanyLevel) &&
+               stage(m_request.levels.phone, stagePhoneLevel);
+    }
+
+    bool dispatch(const QString& folder)
+    {
+        const Phone phone = m_main.currentPhone();
+        const Recordset modules =
+            m_main.query("SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = '"_L1 + phone.equipment + u'\'');
+        if (modules.recordCount() != 1)
+            return refuse(u"M9"_s, phone.equipment);
+        const QString module = modules.text(0);
+        if (module == "NONE"_L1)
+            return true;
+        const Writer* writer = writerOf(module);
+        return writer ? writeFiles(*writer, phone, folder)
+                      : refuse(u"M10"_s, phone.equipment + " - "_L1 + module);
+    }
+
+    bool refuse(const QString& message, const QString& substitution)
+    {
+        m_main.showMessage(message, substitution);
+        m_main.stopFlag = true;
+        return false;
+    }
+
+    bool writeFiles(const Writer& writer, const Phone& phone, const QString& folder)
+    {
+        const DeviceFileNames names = writer.names(phone, m_request.levels);
+        m_report.line(m_main.messageLine(u"M13"_s, names.source + " - "_L1 + phone.description));
+        checkAddress(phone);
+        const QList<Parameter> parameters = stagedParameters(m_main);
+        if (parameters.isEmpty()) {
+            m_report.line(m_main.messageLine(u"M14"_s));
+            return true;
+        }
+        try {
+            if (m_request.withSource)
+                writeNamedFile(folder, names.source, writer.source(parameters).bytes);
+            const DeviceFile file = writer.device(phone, parameters);
+            writeNamedFile(folder, names.device, file.bytes);
+            reportLosses(file, phone);
+        } catch (const FileError& error) {
+            m_main.showMessage(u"M204"_s,
+                               describe(phone) + " - "_L1 + error.path() + " - "_L1 + error.description());
+            return false;
+        } catch (const ImageTooLarge&) {
+            m_main.showMessage(u"M203"_s, describe(phone));
+            return false;
+        }
+        m_report.line(m_main.messageLine(u"M15"_s));
+        return true;
+    }
+
+    void checkAddress(const Phone& phone)
+    {
+        static const QRegularExpression twelveDigits(u"^[0-9A-Fa-f]{12}$"_s);
+        if (m_request.levels.phone && !twelveDigits.match(phone.mac).hasMatch())
+            m_report.line(m_main.messageLine(u"M206"_s, phone.mac));
+    }
+
+    void reportLosses(const DeviceFile& file, const Phone& phone)
+    {
+        for (const QChar character : file.rejectedDigits)
+            m_report.line(m_main.messageLine(u"M11"_s, character + " - "_L1 + phone.mac));
+        if (!file.lossyCodes.isEmpty())
+            m_report.line(m_main.messageLine(u"M202"_s, file.lossyCodes.join(", "_L1)));
+    }
+
+    MMain& m_main;
+    const GenerationRequest& m_request;
+    const RunReport& m_report;
+};
+
+QString selectionStatement(const GenerationRequest& request)
+{
+    QString statement = "SELECT * FROM PHONES WHERE CO_CODE = '"_L1 + request.company +
+                        "' AND EQ_CODE = '"_L1 + request.equipment + "' "_L1;
+    if (request.levels.phone)
+        statement +=
+            "AND PH_CODE BETWEEN '"_L1 + request.phoneFrom + "' AND '"_L1 + request.phoneTo + "' "_L1;
+    return statement + "ORDER BY PH_CODE"_L1;
+}
+
+} // namespace
+
+bool Generate(MMain& main, const GenerationRequest& request, const RunReport& report)
+{
+    main.stopFlag = false;
+    main.phones = main.query(selectionStatement(request));
+    if (main.phones.eof()) {
+        main.showMessage(u"M8"_s);
+        return false;
+    }
+    const StagingCleanup cleanup(main);
+    return Run(main, request, report).overAllPhones();
+}
+
+} // namespace velmora

@@ -1,0 +1,38 @@
+// The run that writes the configuration files of the selected phones.
+#pragma once
+
+#include "generation/parameter_merge.h"
+#include "generation/phone_selection.h"
+
+namespace velmora {
+
+/// What a run is to write.
+struct GenerationRequest {
+    QString company;
+    QString equipment;
+    /// The first and last phone code; they count only when phone-level values are included.
+    QString phoneFrom;
+    QString phoneTo;
+    Levels levels;
+    /// Whether a readable source copy is written beside each device file.
+    bool withSource = false;
+    /// The output folder; it may hold a phone macro and so differ from phone to phone.
+    QString folder;
+};
+
+/// Where a run reports while it goes on. Both callables must be set.
+struct RunReport {
+    /// A line for the list of the run.
+    LineSink line;
+    /// How many phones of how many are done. Called at the start and after each phone; the only moments at
+    /// which window events may run.
+    std::function<void(qsizetype done, qsizetype total)> progress;
+};
+
+/// Writes one configuration file per selected phone; without phone-level values, one template per model. The
+/// main module's stop flag ends the run after the current phone. Problems are shown or reported as lines;
+/// files of earlier phones stay. True when the run went through to its end.
+/// Throws DatabaseError when the database fails.
+bool Generate(MMain& main, const GenerationRequest& request, const RunReport& report);
+
+} // namespace velmora

@@ -1,0 +1,121 @@
+#include "generation/parameter_merge.h"
+
+#include "startup/MMain.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+/// The rows of one level: a query for code, description, value and level, with the values for its "?".
+struct LevelRows {
+    QString query;
+    QVariantList values;
+};
+
+/// A query for the rows of a table of values, for the condition that follows it. Its first "?" is the model
+/// whose catalogue describes the parameters; one that this catalogue lacks has no description.
+QString valuesOf(QLatin1StringView table, QLatin1StringView level)
+{
+    return "SELECT V.PA_CODE, COALESCE(E.PA_DESC, '') AS PA_DESC, V.PA_VALUE, '"_L1 + level +
+           "' AS LE_CODE FROM "_L1 + table +
+           " V LEFT JOIN EQUIPMENT_PARAMETERS E ON E.EQ_CODE = ? AND E.PA_CODE = V.PA_CODE WHERE "_L1;
+}
+
+constexpr auto holdsMacro =
+    "INSTR(PA_CODE, '$$') > 0 OR INSTR(PA_DESC, '$$') > 0 OR INSTR(PA_VALUE, '$$') > 0"_L1;
+
+QString quoted(QString text)
+{
+    return u'\'' + text.replace(u'\'', "''"_L1) + u'\'';
+}
+
+/// Adds one row by its own statement, which passes whole through the macro expansion.
+void stageRow(MMain& main, const Recordset& row, const LineSink& line)
+{
+    const QString code = row.text(0);
+    main.sqlText =
+        main.ExpandMacros("INSERT INTO EQ_TEMP VALUES("_L1 + quoted(code) + ", "_L1 + quoted(row.text(1)) +
+                              ", "_L1 + quoted(row.text(2)) + ", "_L1 + quoted(row.text(3)) + u')',
+                          MacroContext::Statement);
+    try {
+        main.connection.execute(main.sqlText);
+    } catch (const DatabaseError& error) {
+        if (error.reason() == DatabaseError::Reason::DuplicateKey)
+            line(main.messageLine(u"M200"_s, code));
+        else
+            line(main.messageLine(u"M201"_s, code + " - "_L1 + error.description()));
+    }
+}
+
+void stageRowByRow(MMain& main, const LevelRows& level, const QString& condition, const LineSink& line)
+{
+    const QString statement =
+        "SELECT * FROM ("_L1 + level.query + ") LEVEL_ROWS WHERE "_L1 + condition + " ORDER BY PA_CODE"_L1;
+    for (Recordset rows = main.connection.select(statement, level.values); !rows.eof(); rows.moveNext())
+        stageRow(main, rows, line);
+}
+
+/// Adds a level: in one statement what needs no macro expansion, then the rest row by row. Where the one
+/// statement is refused, which adds nothing, its rows are taken one by one to tell which are the refused
+/// ones.
+void stageLevel(MMain& main, const LevelRows& level, const LineSink& line)
+{
+    const QString plain = "NOT ("_L1 + holdsMacro + u')';
+    try {
+        main.connection.execute("INSERT INTO EQ_TEMP SELECT * FROM ("_L1 + level.query +
+                                    ") LEVEL_ROWS WHERE "_L1 + plain,
+                                level.values);
+    } catch (const DatabaseError&) {
+        stageRowByRow(main, level, plain, line);
+    }
+    stageRowByRow(main, level, holdsMacro, line);
+}
+
+} // namespace
+
+void clearStaging(MMain& main)
+{
+    main.connection.execute(u"DELETE FROM EQ_TEMP"_s);
+}
+
+void stageEquipmentLevel(MMain& main, const LineSink& line)
+{
+    stageLevel(main,
+               {u"SELECT PA_CODE, PA_DESC, PA_DEFAULT AS PA_VALUE, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE "
+                "EQ_CODE = ? AND LE_CODE = 'E'"_s,
+                {main.currentPhone().equipment}},
+               line);
+}
+
+void stageCompanyLevel(MMain& main, const LineSink& line)
+{
+    const Phone phone = main.currentPhone();
+    stageLevel(main,
+               {valuesOf("COMPANY_PARAMETERS"_L1, "C"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
+                {phone.equipment, phone.company, phone.equipment}},
+               line);
+}
+
+void stagePhoneLevel(MMain& main, const LineSink& line)
+{
+    // All models count, not only the phone's. Naming them lets the primary key find the rows.
+    const Phone phone = main.currentPhone();
+    stageLevel(main,
+               {valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) +
+                    "V.CO_CODE = ? AND V.EQ_CODE IN (SELECT EQ_CODE FROM EQUIPMENT) AND V.PH_CODE = ?"_L1,
+                {phone.equipment, phone.company, phone.code}},
+               line);
+}
+
+QList<Parameter> stagedParameters(MMain& main)
+{
+    Cursor rows = main.connection.cursor(u"SELECT * FROM EQ_TEMP ORDER BY PA_CODE"_s);
+    QList<Parameter> parameters;
+    while (rows.next())
+        parameters << Parameter{rows.text(0), rows.text(1), rows.text(2)};
+    return parameters;
+}
+
+} // namespace velmora

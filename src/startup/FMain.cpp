@@ -1,0 +1,147 @@
+#include "startup/FMain.h"
+
+#include "startup/MMain.h"
+#include "startup/captions.h"
+#include "startup/failure_report.h"
+#include "startup/menu.h"
+#include "startup/version.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QStatusBar>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+bool isSubmenu(const QString& control)
+{
+    return std::any_of(menuItems().begin(), menuItems().end(),
+                       [&control](const MenuItem& item) { return item.parent == control; });
+}
+
+} // namespace
+
+FMain::FMain(MMain& main) : m_main(main), m_children(new QMdiArea)
+{
+    setObjectName(u"FMain"_s);
+    setWindowTitle(u"Velmora"_s);
+    m_children->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_children->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(m_children);
+    statusBar();
+    translateTitle();
+    createMenu();
+    setActions({});
+    resize(960, 680);
+    connect(&m_main.batch, &Batch::runningChanged, this, [this](bool running) {
+        if (!running && m_closeAfterRun)
+            QMetaObject::invokeMethod(this, &FMain::close, Qt::QueuedConnection);
+    });
+}
+
+void FMain::translateTitle()
+{
+    const QString text = m_main.GetDescription(u"FMAIN"_s);
+    if (!text.isEmpty())
+        setWindowTitle(text + u' ' + versionText() + " - "_L1 + m_main.userName);
+}
+
+void FMain::createMenu()
+{
+    QHash<QString, QMenu*> submenus;
+    const auto watch = [this](QMenu* menu) {
+        menu->setToolTipsVisible(true);
+        menu->installEventFilter(this);
+    };
+    menuBar()->installEventFilter(this);
+    for (const MenuItem& item : menuItems()) {
+        const QString caption = textOr(m_main, "FMAIN_"_L1 + item.control.toUpper(), item.caption);
+        QMenu* parent = submenus.value(item.parent);
+        if (isSubmenu(item.control)) {
+            QMenu* menu = menuBar()->addMenu(caption);
+            watch(menu);
+            submenus.insert(item.control, menu);
+            m_items.insert(item.control, menu->menuAction());
+        } else {
+            m_items.insert(item.control, parent ? parent->addAction(caption) : menuBar()->addAction(caption));
+        }
+        m_items[item.control]->setObjectName(item.control);
+        m_rights.insert(item.control, hasMenuRight(m_main, item.control));
+    }
+    m_items[u"Quit"_s]->setShortcut(QKeySequence::Quit);
+    m_items[u"Help1"_s]->setShortcut(QKeySequence::HelpContents);
+}
+
+void FMain::setActions(const Actions& actions)
+{
+    Actions all = actions;
+    all.insert(u"Quit"_s, [this] { close(); });
+    for (const MenuItem& item : menuItems()) {
+        QAction* action = m_items[item.control];
+        const bool exists = all.contains(item.control) || isSubmenu(item.control);
+        action->setEnabled(exists && m_rights[item.control]);
+        action->setStatusTip(hint(item.control, exists));
+        action->disconnect(this);
+        if (all.contains(item.control))
+            connect(action, &QAction::triggered, this,
+                    [this, open = all[item.control]] { reportFailures(m_main, open); });
+    }
+}
+
+QString FMain::hint(const QString& control, bool exists)
+{
+    if (!m_rights[control])
+        return m_main.messageLine(u"M208"_s, m_main.userName);
+    return exists ? QString() : m_main.messageLine(u"M207"_s);
+}
+
+void FMain::showChild(const QString& name, const std::function<QWidget*()>& create)
+{
+    const QList<QMdiSubWindow*> children = m_children->subWindowList();
+    const auto existing = std::find_if(children.begin(), children.end(), [&name](QMdiSubWindow* child) {
+        return child->widget() && child->widget()->objectName() == name;
+    });
+    QMdiSubWindow* child = existing != children.end() ? *existing : m_children->addSubWindow(create());
+    child->setAttribute(Qt::WA_DeleteOnClose);
+    child->showNormal();
+    m_children->setActiveSubWindow(child);
+}
+
+void FMain::closeEvent(QCloseEvent* event)
+{
+    if (m_main.batch.running()) {
+        m_closeAfterRun = true;
+        m_main.batch.requestStop();
+        event->ignore();
+        return;
+    }
+    m_children->closeAllSubWindows();
+    event->setAccepted(m_children->subWindowList().isEmpty() || !m_children->currentSubWindow());
+}
+
+bool FMain::eventFilter(QObject* watched, QEvent* event)
+{
+    // Disabled items are never highlighted, so their hints are shown where the mouse passes over them.
+    if (event->type() == QEvent::MouseMove) {
+        const QPoint position = static_cast<QMouseEvent*>(event)->position().toPoint();
+        auto* bar = qobject_cast<QMenuBar*>(watched);
+        auto* menu = qobject_cast<QMenu*>(watched);
+        const QAction* action = bar ? bar->actionAt(position) : menu ? menu->actionAt(position) : nullptr;
+        if (action && !action->isEnabled())
+            statusBar()->showMessage(action->statusTip());
+        else
+            statusBar()->clearMessage();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+} // namespace velmora

@@ -1,0 +1,46 @@
+// The main window: a frame whose menu opens every other window as a child.
+#pragma once
+
+#include <QHash>
+#include <QMainWindow>
+#include <QMdiArea>
+
+#include <functional>
+
+namespace velmora {
+
+class MMain;
+
+/// The frame is given what its menu items do, so that it knows no other window. An item without an action is
+/// disabled and says so in the status bar; so is one that the user has no right to.
+class FMain : public QMainWindow {
+    Q_OBJECT
+
+public:
+    using Actions = QHash<QString, std::function<void()>>;
+
+    explicit FMain(MMain& main);
+
+    /// Sets what each menu item does, by control name, and enables what the user may use.
+    void setActions(const Actions& actions);
+
+    /// Shows the child window of that name, made by `create` unless it exists already.
+    void showChild(const QString& name, const std::function<QWidget*()>& create);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void createMenu();
+    void translateTitle();
+    QString hint(const QString& control, bool exists);
+
+    MMain& m_main;
+    QMdiArea* m_children;
+    QHash<QString, QAction*> m_items;
+    QHash<QString, bool> m_rights;
+    bool m_closeAfterRun = false;
+};
+
+} // namespace velmora

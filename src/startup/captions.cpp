@@ -1,0 +1,37 @@
+#include "startup/captions.h"
+
+#include "startup/MMain.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+template <typename Control> void translateControls(MMain& main, QWidget& window)
+{
+    const QString prefix = window.objectName().toUpper() + u'_';
+    for (Control* control : window.findChildren<Control*>())
+        if (!control->objectName().isEmpty())
+            control->setText(textOr(main, prefix + control->objectName().toUpper(), control->text()));
+}
+
+} // namespace
+
+QString textOr(MMain& main, const QString& code, const QString& otherwise)
+{
+    const QString text = main.GetDescription(code);
+    return text.isEmpty() ? otherwise : text;
+}
+
+void translateCaptions(MMain& main, QWidget& window)
+{
+    window.setWindowTitle(textOr(main, window.objectName().toUpper(), window.windowTitle()));
+    translateControls<QLabel>(main, window);
+    translateControls<QAbstractButton>(main, window);
+}
+
+} // namespace velmora

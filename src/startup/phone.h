@@ -1,0 +1,16 @@
+// One phone, as a row of PHONES describes it.
+#pragma once
+
+#include <QString>
+
+namespace velmora {
+
+struct Phone {
+    QString company;
+    QString equipment;
+    QString code;
+    QString description;
+    QString mac;
+};
+
+} // namespace velmora

@@ -1,0 +1,97 @@
+#include "startup/start_up.h"
+
+#include "files/file_error.h"
+#include "schema/tables.h"
+#include "startup/MMain.h"
+#include "startup/database_creation.h"
+#include "startup/param_db.h"
+#include "startup/seed_file.h"
+#include "startup/version_check.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+bool openDatabase(MMain& main, const QString& connectionString)
+{
+    try {
+        main.connection.open(connectionString);
+        main.connection.holdDeclaredTypes();
+        return true;
+    } catch (const DatabaseError& error) {
+        main.prompts.show("Open Database Failed : "_L1 + connectionString, error.description());
+        return false;
+    }
+}
+
+/// Reads the language. False when the database holds no tables yet.
+bool readLanguage(MMain& main)
+{
+    try {
+        const Recordset setting =
+            main.query(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$LNG'"_s);
+        main.language = setting.eof() ? u"EN"_s : setting.text(0);
+        return true;
+    } catch (const DatabaseError&) {
+        // A database that holds other tables is not ours to fill, and one that is only busy is not empty.
+        if (!main.connection.tables().isEmpty())
+            throw;
+        return false;
+    }
+}
+
+/// Staging takes place in a table of this session's own: no lock, and nothing that a crash leaves behind.
+void makeStagingPrivate(MMain& main)
+{
+    main.connection.execute(privateStagingStatement());
+    main.connection.holdDeclaredTypes();
+}
+
+/// Lets a superuser act as another user.
+void chooseUser(MMain& main)
+{
+    const Recordset superuser = main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = "
+                                           "'$$SUPERUSER' AND SY_SUBCODE = '"_L1 +
+                                           main.userName + "'"_L1);
+    if (superuser.eof())
+        return;
+    const QString answer =
+        main.prompts.askText(main.messageLine(u"M34"_s), main.userName).value_or(QString()).toUpper();
+    if (!answer.isEmpty())
+        main.userName = answer;
+}
+
+bool startUp(MMain& main, const QString& systemUserName)
+{
+    main.userName = systemUserName.toUpper();
+    const ParamDB paramDB = readParamDB(main.programFolder);
+    if (!openDatabase(main, paramDB.working))
+        return false;
+    if (!readLanguage(main)) {
+        createDatabase(main, paramDB.original);
+        return false;
+    }
+    makeStagingPrivate(main);
+    chooseUser(main);
+    checkVersion(main);
+    loadSeedFile(main);
+    return true;
+}
+
+} // namespace
+
+bool StartUp(MMain& main, const QString& systemUserName)
+{
+    try {
+        return startUp(main, systemUserName);
+    } catch (const DatabaseError& error) {
+        main.prompts.show("Velmora can't start: "_L1 + error.description(), error.statement());
+    } catch (const FileError& error) {
+        main.prompts.show("Velmora can't start: "_L1 + error.path() + ": "_L1 + error.description(), {});
+    }
+    return false;
+}
+
+} // namespace velmora

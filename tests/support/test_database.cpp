@@ -1,0 +1,59 @@
+#include "support/test_database.h"
+
+#include "schema/tables.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+TestDatabase::TestDatabase() : main(u"/nowhere"_s, user.prompts())
+{
+    main.connection.open("Provider=SQLite;Data Source="_L1 + m_folder.filePath(u"test.db"_s));
+    for (const QString& statement : creationStatements())
+        run(statement);
+    run(privateStagingStatement());
+    main.connection.holdDeclaredTypes();
+    main.userName = u"JDOE"_s;
+    for (const QString& level : {u"E"_s, u"C"_s, u"P"_s, u"D"_s})
+        run("INSERT INTO LEVELS VALUES('"_L1 + level + "', 'x')"_L1);
+    run(u"INSERT INTO TYPES VALUES('T', 'x')"_s);
+    QList<int> codes;
+    for (int code = 1; code <= 34; ++code)
+        codes << code;
+    for (int code = 200; code <= 208; ++code)
+        codes << code;
+    for (const int code : codes)
+        run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M%1', 'M%1: $$')"_s.arg(code));
+}
+
+QString TestDatabase::value(const QString& query)
+{
+    const Recordset rows = main.connection.select(query);
+    return rows.eof() ? QString() : rows.text(0);
+}
+
+void TestDatabase::addPhone(const QString& company, const QString& equipment, const QString& code,
+                            const QString& description, const QString& mac)
+{
+    main.connection.execute(u"INSERT OR IGNORE INTO COMPANY VALUES(?, 'company')"_s, {company});
+    main.connection.execute(u"INSERT OR IGNORE INTO EQUIPMENT VALUES(?, 'model', ?)"_s,
+                            {equipment, equipment == "GXP2000"_L1 ? u"GRANDSTREAM"_s : equipment});
+    main.connection.execute(u"INSERT OR IGNORE INTO RANGES VALUES(?, ?)"_s, {company, code});
+    main.connection.execute(u"INSERT INTO PHONES VALUES(?, ?, ?, ?, ?)"_s,
+                            {company, code, equipment, description, mac});
+}
+
+void TestDatabase::addParameter(const QString& equipment, const QString& code, const QString& level,
+                                const QString& value, const QString& description)
+{
+    main.connection.execute(u"INSERT INTO EQUIPMENT_PARAMETERS VALUES(?, ?, ?, ?, ?, 'T', '')"_s,
+                            {equipment, code, description, level, value});
+}
+
+void TestDatabase::selectPhones(const QString& company)
+{
+    main.phones =
+        main.connection.select(u"SELECT * FROM PHONES WHERE CO_CODE = ? ORDER BY PH_CODE"_s, {company});
+}
+
+} // namespace velmora
