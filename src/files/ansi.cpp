@@ -52,7 +52,7 @@ bool appendAnsi(QByteArray& bytes, QStringView text)
 
 QString decodeText(const QByteArray& bytes)
 {
-    QStringDecoder utf8(QStringDecoder::Utf8);
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = utf8(bytes);
     return utf8.hasError() ? fromAnsi(bytes) : text;
 }

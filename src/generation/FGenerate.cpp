@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QScopeGuard>
 #include <QVBoxLayout>
 
@@ -48,9 +49,10 @@ FGenerate::FGenerate(MMain& main, QWidget* parent)
     layout->addWidget(createProgress(), 1);
     connectControls();
     translateCaptions(m_main, *this);
+    m_stopCaption = textOr(m_main, u"CANCEL_ABO"_s, m_cancel->text());
+    m_closeCaption = textOr(m_main, u"CANCEL_END"_s, m_cancel->text());
     setRunning(false);
-    m_progress->setTextVisible(false);
-    m_selection->setFocus();
+    setFocusProxy(m_selection);
 }
 
 QWidget* FGenerate::createLevels()
@@ -107,16 +109,18 @@ QWidget* FGenerate::createProgress()
     m_progress = new QProgressBar;
     m_progress->setObjectName(u"Progress"_s);
     m_progress->setFormat(u"%v / %m"_s);
-    m_progress->setRange(0, 1);
-    m_progress->setTextVisible(false);
+    QSizePolicy keptPlace = m_progress->sizePolicy();
+    keptPlace.setRetainSizeWhenHidden(true);
+    m_progress->setSizePolicy(keptPlace);
+    m_progress->hide();
     m_generate = new QPushButton(u"Generate"_s);
     m_generate->setObjectName(u"Generate"_s);
     m_generate->setAutoDefault(true);
+    m_generate->setDefault(true);
     m_generate->setEnabled(false);
     m_cancel = new QPushButton(u"Cancel"_s);
     m_cancel->setObjectName(u"Cancel"_s);
     m_cancel->setAutoDefault(true);
-    m_cancel->setShortcut(Qt::Key_Escape);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_progress, 1);
     buttons->addWidget(m_generate);
@@ -227,6 +231,16 @@ void FGenerate::closeEvent(QCloseEvent* event)
     m_closeAfterRun = true;
 }
 
+void FGenerate::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        m_cancel->click();
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        m_generate->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
 void FGenerate::closeWindow()
 {
     (parentWidget() ? parentWidget() : this)->close();
@@ -237,10 +251,13 @@ void FGenerate::setRunning(bool running)
     m_running = running;
     for (QWidget* input : m_inputs)
         input->setEnabled(!running);
-    m_cancel->setText(textOr(m_main, running ? u"CANCEL_ABO"_s : u"CANCEL_END"_s, u"Cancel"_s));
-    m_cancel->setDefault(running);
-    m_progress->setTextVisible(true);
+    m_cancel->setText(running ? m_stopCaption : m_closeCaption);
+    // Disabling the start button takes the focus from it; Stop has it meanwhile, where the user stayed here.
+    if (running)
+        m_cancel->setFocus();
     enableGenerate();
+    if (!running && m_cancel->hasFocus())
+        m_generate->setFocus();
     if (!running && m_closeAfterRun)
         QMetaObject::invokeMethod(this, &FGenerate::closeWindow, Qt::QueuedConnection);
 }
@@ -252,6 +269,7 @@ void FGenerate::enableGenerate()
 
 void FGenerate::showProgress(qsizetype done, qsizetype total)
 {
+    m_progress->show();
     m_progress->setRange(0, static_cast<int>(total));
     m_progress->setValue(static_cast<int>(done));
     m_list->scrollToBottom();

@@ -22,6 +22,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QWidget* createLevels();
@@ -60,6 +61,9 @@ private:
     QProgressBar* m_progress;
     QPushButton* m_generate;
     QPushButton* m_cancel;
+    /// What Cancel says while a run goes on, and otherwise. Looked up beforehand: a run can end with its database.
+    QString m_stopCaption;
+    QString m_closeCaption;
     bool m_folderExists = false;
     bool m_running = false;
     bool m_closeAfterRun = false;

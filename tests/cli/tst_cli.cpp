@@ -1,8 +1,161 @@
+// velmora-cli as it is run: output, messages, exit status.
+#include "database/connection.h"
+#include "files/whole_file.h"
+#include "startup/user_name.h"
+#include "support/program_folder_fixture.h"
+
+#include <QDir>
+#include <QProcess>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
 
 class tst_cli : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void answers_data();
+    void answers();
+    void generatesWhatIsRemembered();
+    void obeysMenuRights();
+
+private:
+    struct Result {
+        int status = 0;
+        QString out;
+        QString err;
+    };
+    Result run(const QStringList& arguments);
+    void execute(const QString& statement);
+
+    std::unique_ptr<ProgramFolderFixture> m_folder;
 };
 
-QTEST_MAIN(tst_cli)
+tst_cli::Result tst_cli::run(const QStringList& arguments)
+{
+    QProcess program;
+    program.start(QStringLiteral(VELMORA_CLI), QStringList{u"--program-dir"_s, m_folder->path()} + arguments);
+    program.waitForFinished();
+    return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
+            QString::fromUtf8(program.readAllStandardError())};
+}
+
+void tst_cli::execute(const QString& statement)
+{
+    Connection connection;
+    connection.open("Provider=SQLite;Data Source="_L1 + m_folder->file(u"velmora.db"_s));
+    connection.execute(statement);
+}
+
+/// Creates the database and loads the demo, the way a user's own seed file is loaded.
+void tst_cli::initTestCase()
+{
+    m_folder = std::make_unique<ProgramFolderFixture>(QStringLiteral(VELMORA_SHARE));
+    const Result first = run({u"start"_s});
+    QCOMPARE(first.status, 3);
+    QCOMPARE(first.err, u"DATABASE CREATED --> RUN PROGRAM AGAIN\n"_s);
+    const QByteArray demo = readWholeFile(QStringLiteral(VELMORA_SHARE "/demo.csv"));
+    m_folder->write(u"tarvel.csv"_s, QByteArray(demo).replace("@OUTPUT@", m_folder->path().toUtf8()));
+    const Result second = run({u"start"_s});
+    QCOMPARE(second.status, 0);
+    QCOMPARE(second.err, QString());
+
+    // Lines tagged "All" fail in silence, so the rows are counted.
+    Connection connection;
+    connection.open("Provider=SQLite;Data Source="_L1 + m_folder->file(u"velmora.db"_s));
+    for (const QString& table : {u"COMPANY"_s, u"RANGES"_s, u"PHONES"_s, u"COMPANY_PARAMETERS"_s, u"PHONES_PARAMETERS"_s,
+                                 u"PHONE_BOOK"_s})
+        QCOMPARE(connection.select("SELECT count(*) FROM "_L1 + table).text(0).toInt(),
+                 demo.count(QByteArray("All;" + table.toUtf8() + ';')));
+}
+
+void tst_cli::answers_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("err");
+    QTest::newRow("companies") << QStringList({u"list"_s, u"companies"_s}) << 0
+                               << u"LUNA\tLuna Bakeries\nNORD\tNordhafen Logistics\n"_s << QString();
+    QTest::newRow("models") << QStringList({u"list"_s, u"models"_s, u"--company"_s, u"NORD"_s}) << 0
+                            << u"F1000\tF1000 wireless handset\nGXP2000\tGrandstream GXP2000 desk phone\n"
+                               "PAP2\tPAP2 adapter for two analogue phones\n"_s
+                            << QString();
+    QTest::newRow("phones of a model")
+        << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"F1000"_s}) << 0
+        << u"117\tRounds foreman\n118\tDriver 1\n119\tDriver 2\n120\tCleaning\n"_s << QString();
+    QTest::newRow("no such company") << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"X"_s}) << 0 << QString()
+                                     << QString();
+    QTest::newRow("nothing selected")
+        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"X"_s}) << 1 << QString()
+        << u"No phone matches the selection.\n"_s;
+    QTest::newRow("no such folder")
+        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--folder"_s, u"/no/such"_s})
+        << 1 << QString() << u"The folder /no/such does not exist.\n"_s;
+    QTest::newRow("a code that breaks the statement")
+        << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"O'X"_s}) << 1 << QString()
+        << u"unrecognized token: \"X' ORDER BY PH_CODE\"\nSELECT PH_CODE, PH_DESC FROM PHONES WHERE CO_CODE = 'O'X' "
+           "ORDER BY PH_CODE\n"_s;
+    QTest::newRow("no command") << QStringList() << 2 << QString() << u"A subcommand is required\nRun with --help for more information.\n"_s;
+    QTest::newRow("unknown level")
+        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--levels"_s, u"device"_s})
+        << 2 << QString() << u"--levels: device not in {phone,company,equipment}\nRun with --help for more information.\n"_s;
+}
+
+void tst_cli::answers()
+{
+    QFETCH(QStringList, arguments);
+    const Result result = run(arguments);
+    QTEST(result.out, "out");
+    QTEST(result.err, "err");
+    QTEST(result.status, "status");
+}
+
+void tst_cli::generatesWhatIsRemembered()
+{
+    const QDir output(m_folder->path());
+    QVERIFY(output.mkdir(u"LUNA"_s));
+    const QStringList generate = {u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s};
+    const Result all = run(generate);
+    QCOMPARE(all.status, 0);
+    QCOMPARE(all.out, u"113 - 0200A002000D.TXT - Shop Market Square\n   Done\n114 - 0200A002000E.TXT - Shop Station\n   Done\n"
+                      "115 - 0200A002000F.TXT - Shop Harbour\n   Done\n116 - 0200A0020010.TXT - Fax and door\n   Done\n"
+                      "Generation finished\n"_s);
+    const QDir written(output.filePath(u"LUNA"_s));
+    QCOMPARE(written.entryList(QDir::Files), QStringList({u"0200A002000D.txt"_s, u"0200A002000E.txt"_s,
+                                                          u"0200A002000F.txt"_s, u"0200A0020010.txt"_s}));
+    const QByteArray profile = readWholeFile(written.filePath(u"0200A002000E.txt"_s));
+    QVERIFY(profile.contains("\r\n<User_ID_1_>114</User_ID_1_>\r\n"));
+    QVERIFY(profile.contains("\r\n<GPP_A>Shop Station</GPP_A>\r\n<GPP_B>1</GPP_B>\r\n"));
+    QVERIFY(profile.contains("\r\n<Max_Forward>70</Max_Forward>\r\n"));
+
+    const QString other = output.filePath(u"other"_s);
+    QVERIFY(output.mkdir(u"other"_s));
+    const Result part = run(generate + QStringList{u"--from"_s, u"114"_s, u"--to"_s, u"115"_s, u"--source"_s, u"--levels"_s,
+                                                   u"phone,company"_s, u"--folder"_s, other});
+    QCOMPARE(part.status, 0);
+    QCOMPARE(QDir(other).entryList(QDir::Files).size(), 4);
+    QVERIFY(!readWholeFile(other + "/0200A002000E.txt"_L1).contains("Max_Forward"));
+}
+
+void tst_cli::obeysMenuRights()
+{
+    const QString user = systemUserName().toUpper();
+    const QStringList generate = {u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s};
+    execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'AUTHM'"_s);
+    const Result refused = run(generate);
+    QCOMPARE(refused.status, 1);
+    QCOMPARE(refused.err, u"User %1 has no right to this\n"_s.arg(user));
+    QCOMPARE(run({u"list"_s, u"companies"_s}).status, 0);
+
+    execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', 'BOSS', '*')"_s);
+    QCOMPARE(run(QStringList{u"--as"_s, u"boss"_s} + generate).status, 1);
+    execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$SUPERUSER', '%1', '*')"_s.arg(user));
+    QCOMPARE(run(QStringList{u"--as"_s, u"boss"_s} + generate).status, 0);
+    QCOMPARE(run(generate).status, 1);
+}
+
+QTEST_GUILESS_MAIN(tst_cli)
 #include "tst_cli.moc"

@@ -1,8 +1,207 @@
+// Connections to the embedded engine: opening, statements, transactions, declared widths and keys.
+#include "database/connection.h"
+#include "database/transaction.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
 
 class tst_connection : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void refusesToOpen_data();
+    void refusesToOpen();
+    void opensWithAnyCaseAndBlanks();
+    void readsOnlyWhatExists();
+    void holdsResults();
+    void undoesWhatIsNotCommitted();
+    void waitsForAnotherWriter();
+    void holdsDeclaredTypes_data();
+    void holdsDeclaredTypes();
+    void tellsDuplicateKeys();
+
+private:
+    QString source(const QString& name) const { return "Provider=SQLite;Data Source="_L1 + m_folder->filePath(name); }
+    QString count(Connection& connection) const
+    {
+        return connection.select(u"SELECT count(*) FROM T"_s).text(0);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_MAIN(tst_connection)
+void tst_connection::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+}
+
+void tst_connection::refusesToOpen_data()
+{
+    QTest::addColumn<QString>("string");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("unknown provider") << u"Provider=Oracle;Data Source=x"_s << u"Unknown Provider \"Oracle\""_s;
+    QTest::newRow("no provider") << u"Data Source=x"_s << u"lacks \"Provider\""_s;
+    QTest::newRow("no data source") << u"Provider=SQLite"_s << u"lacks \"Data Source\""_s;
+    QTest::newRow("empty data source") << u"Provider=SQLite;Data Source= "_s << u"lacks \"Data Source\""_s;
+    QTest::newRow("no pair") << u"Provider=SQLite;velmora.db"_s << u"\"velmora.db\""_s;
+    QTest::newRow("empty") << QString() << u"lacks \"Provider\""_s;
+    QTest::newRow("no such folder") << u"Provider=SQLite;Data Source=/no/such/folder/x.db"_s << u"unable to open"_s;
+    QTest::newRow("a folder") << u"Provider=SQLite;Data Source=/"_s << u"unable to open"_s;
+    QTest::newRow("no database") << u"Provider=SQLite;Data Source="_s + QCoreApplication::applicationFilePath()
+                                 << u"not a database"_s;
+}
+
+void tst_connection::refusesToOpen()
+{
+    QFETCH(QString, string);
+    QFETCH(QString, words);
+    Connection connection;
+    try {
+        connection.open(string);
+        QFAIL("opened");
+    } catch (const DatabaseError& error) {
+        QVERIFY2(error.description().contains(words), qPrintable(error.description()));
+    }
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, connection.execute(u"SELECT 1"_s));
+}
+
+void tst_connection::opensWithAnyCaseAndBlanks()
+{
+    Connection connection;
+    connection.open(" provider = sqlite ; DATA SOURCE= "_L1 + m_folder->filePath(u"a b.db"_s) + " ;"_L1);
+    connection.execute(u"CREATE TABLE T (K nvarchar(5))"_s);
+    QVERIFY(QFile::exists(m_folder->filePath(u"a b.db"_s)));
+    QCOMPARE(connection.tables(), QStringList(u"T"_s));
+}
+
+void tst_connection::readsOnlyWhatExists()
+{
+    Connection reader;
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, reader.open(source(u"x.db"_s), OpenMode::ReadOnly));
+    QVERIFY(!QFile::exists(m_folder->filePath(u"x.db"_s)));
+
+    Connection writer;
+    writer.open(source(u"x.db"_s));
+    writer.execute(u"CREATE TABLE T (K nvarchar(5))"_s);
+    reader.open(source(u"x.db"_s), OpenMode::ReadOnly);
+    QCOMPARE(count(reader), u"0"_s);
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, reader.execute(u"INSERT INTO T VALUES('a')"_s));
+}
+
+void tst_connection::holdsResults()
+{
+    Connection connection;
+    connection.open(source(u"x.db"_s));
+    Recordset rows = connection.select(u"SELECT 'a' AS X, NULL AS Y UNION ALL SELECT '', ? ORDER BY X DESC"_s, {u"b'c"_s});
+    QCOMPARE(rows.recordCount(), 2);
+    QCOMPARE(rows.text("X"_L1), u"a"_s);
+    QVERIFY(rows.isNull(1));
+    rows.moveNext();
+    QCOMPARE(rows.absolutePosition(), 2);
+    QVERIFY(!rows.isNull(0));
+    QCOMPARE(rows.text("Y"_L1), u"b'c"_s);
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, rows.text("Z"_L1));
+    rows.moveNext();
+    QVERIFY(rows.eof());
+    QVERIFY(connection.select(u"SELECT 1 WHERE 1 = 2"_s).eof());
+}
+
+void tst_connection::undoesWhatIsNotCommitted()
+{
+    Connection connection;
+    connection.open(source(u"x.db"_s));
+    connection.execute(u"CREATE TABLE T (K nvarchar(5))"_s);
+    {
+        Transaction transaction(connection);
+        connection.execute(u"INSERT INTO T VALUES('a')"_s);
+        connection.execute(u"CREATE TABLE U (K nvarchar(5))"_s);
+    }
+    QCOMPARE(count(connection), u"0"_s);
+    QCOMPARE(connection.tables(), QStringList(u"T"_s));
+    Transaction transaction(connection);
+    connection.execute(u"INSERT INTO T VALUES('a')"_s);
+    transaction.commit();
+    QCOMPARE(count(connection), u"1"_s);
+}
+
+void tst_connection::waitsForAnotherWriter()
+{
+    Connection first;
+    first.open(source(u"x.db"_s));
+    first.execute(u"CREATE TABLE T (K nvarchar(5))"_s);
+    Connection second;
+    second.open(source(u"x.db"_s));
+    second.execute(u"PRAGMA busy_timeout = 50"_s);
+    const Transaction transaction(first);
+    first.execute(u"INSERT INTO T VALUES('a')"_s);
+    QCOMPARE(count(second), u"0"_s);
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, second.execute(u"INSERT INTO T VALUES('b')"_s));
+}
+
+void tst_connection::holdsDeclaredTypes_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("fits") << u"INSERT INTO T VALUES('12345', 'b', NULL)"_s << QString();
+    QTest::newRow("fits in characters") << u"INSERT INTO T VALUES('éééé€', 'b', NULL)"_s << QString();
+    QTest::newRow("key too long") << u"INSERT INTO T VALUES('123456', 'b', NULL)"_s
+                                  << u"T.K holds at most 5 characters"_s;
+    QTest::newRow("second key missing") << u"INSERT INTO T VALUES('a', NULL, NULL)"_s << u"T.L is required"_s;
+    QTest::newRow("value too long") << u"INSERT INTO T VALUES('a', 'b', '1234')"_s << u"T.V holds at most 3 characters"_s;
+    QTest::newRow("update too long") << u"UPDATE T SET V = '1234'"_s << u"T.V holds at most 3 characters"_s;
+    QTest::newRow("update fits") << u"UPDATE T SET V = '123'"_s << QString();
+    QTest::newRow("own table") << u"INSERT INTO OWN VALUES('1234')"_s << u"OWN.K holds at most 3 characters"_s;
+}
+
+void tst_connection::holdsDeclaredTypes()
+{
+    Connection connection;
+    connection.open(source(u"x.db"_s));
+    const QString creation = u"CREATE TABLE T (K nvarchar(5), L nvarchar(5), V nvarchar(3), PRIMARY KEY (K, L))"_s;
+    connection.execute(creation);
+    connection.execute(u"INSERT INTO T VALUES('x', 'y', 'z')"_s);
+    connection.execute(u"CREATE TEMPORARY TABLE OWN (K nvarchar(3))"_s);
+    connection.holdDeclaredTypes();
+    connection.holdDeclaredTypes();
+
+    QFETCH(QString, statement);
+    QFETCH(QString, refusal);
+    QString described;
+    try {
+        connection.execute(statement);
+    } catch (const DatabaseError& error) {
+        described = error.description();
+    }
+    QCOMPARE(described, refusal);
+    QCOMPARE(connection.select(u"SELECT sql FROM sqlite_master WHERE type <> 'index'"_s).text(0), creation);
+    QCOMPARE(connection.columns(u"T"_s).size(), 3);
+    QCOMPARE(connection.columns(u"T"_s)[1].keyPosition, 2);
+    QVERIFY(connection.columns(u"absent"_s).isEmpty());
+}
+
+void tst_connection::tellsDuplicateKeys()
+{
+    Connection connection;
+    connection.open(source(u"x.db"_s));
+    connection.execute(u"CREATE TABLE T (K nvarchar(5), V nvarchar(5) NOT NULL, PRIMARY KEY (K))"_s);
+    connection.execute(u"INSERT INTO T VALUES('a', '')"_s);
+    const auto reasonOf = [&connection](const QString& statement) {
+        try {
+            connection.execute(statement);
+        } catch (const DatabaseError& error) {
+            return error.reason();
+        }
+        throw std::logic_error("not refused");
+    };
+    QCOMPARE(reasonOf(u"INSERT INTO T VALUES('a', '')"_s), DatabaseError::Reason::DuplicateKey);
+    QCOMPARE(reasonOf(u"INSERT INTO T VALUES('b', NULL)"_s), DatabaseError::Reason::Other);
+}
+
+QTEST_GUILESS_MAIN(tst_connection)
 #include "tst_connection.moc"

@@ -1,8 +1,182 @@
+// The data files and the factory database made from them.
+#include "database/connection.h"
+#include "factory/factory_data.h"
+#include "factory/separated_values.h"
+#include "files/ansi.h"
+#include "files/file_error.h"
+#include "files/whole_file.h"
+#include "startup/menu.h"
+
+#include <QDirIterator>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
 
 class tst_factory : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void readsSeparatedValues_data();
+    void readsSeparatedValues();
+    void refusesBrokenQuotes_data();
+    void refusesBrokenQuotes();
+    void namesTheBrokenFile();
+    void hasTheTextsOfEveryCodeThatTheSourceUses();
+    void saysTheSameInEveryLanguage();
+    void listsOnlyTablesAndColumnsThatExist();
+    void pointsRebootRowsAtParameters();
+
+private:
+    QSet<QString> codes(const QString& language);
+    QStringList rows(const QString& query);
+
+    Connection m_factory;
 };
 
-QTEST_MAIN(tst_factory)
+void tst_factory::initTestCase()
+{
+    m_factory.open(u"Provider=SQLite;Data Source=" VELMORA_SHARE "/factory.db"_s, OpenMode::ReadOnly);
+}
+
+QStringList tst_factory::rows(const QString& query)
+{
+    QStringList found;
+    for (Recordset result = m_factory.select(query); !result.eof(); result.moveNext())
+        found << result.text(0);
+    return found;
+}
+
+QSet<QString> tst_factory::codes(const QString& language)
+{
+    const QStringList found =
+        rows("SELECT SY_SUBCODE FROM SYSTEM_PARAMETERS WHERE SY_VALUE <> '' AND SY_CODE = '$$DESC_"_L1 + language + u'\'');
+    return {found.begin(), found.end()};
+}
+
+void tst_factory::readsSeparatedValues_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QList<QStringList>>("rows");
+    QTest::newRow("empty") << QString() << QList<QStringList>();
+    QTest::newRow("plain") << u"a;b\nc;\n"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u""_s}};
+    QTest::newRow("no last line end") << u"a;b\r\nc;d"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}};
+    QTest::newRow("device value with semicolons")
+        << u"343;\"f1=350@-13,f2=440@-13,c=0/0;\";E\n"_s
+        << QList<QStringList>{{u"343"_s, u"f1=350@-13,f2=440@-13,c=0/0;"_s, u"E"_s}};
+    QTest::newRow("quotes and line end") << u"\"say \"\"a;b\"\"\nnow\";\"\"\n"_s
+                                         << QList<QStringList>{{u"say \"a;b\"\nnow"_s, u""_s}};
+}
+
+void tst_factory::readsSeparatedValues()
+{
+    QFETCH(QString, text);
+    QTEST(parseSeparatedValues(text), "rows");
+}
+
+void tst_factory::refusesBrokenQuotes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("not closed") << u"a\n\"b;c\n"_s << QByteArray("row 2: a quote is not closed");
+    QTest::newRow("in the middle") << u"a\"b;c\n"_s << QByteArray("row 1: a quote stands in an unquoted field");
+    QTest::newRow("text after it") << u"\"a\"b;c\n"_s << QByteArray("row 1: a quote ends before its field does");
+}
+
+void tst_factory::refusesBrokenQuotes()
+{
+    QFETCH(QString, text);
+    QByteArray reason;
+    try {
+        parseSeparatedValues(text);
+    } catch (const std::invalid_argument& error) {
+        reason = error.what();
+    }
+    QTEST(reason, "reason");
+}
+
+void tst_factory::namesTheBrokenFile()
+{
+    const QTemporaryDir folder;
+    const auto failingFile = [&folder] {
+        try {
+            readFactoryData(folder.path());
+        } catch (const FileError& error) {
+            return error.path().section(u'/', -1) + ": "_L1 + error.description();
+        }
+        return QString();
+    };
+    QVERIFY(failingFile().startsWith("equipment.csv: "_L1));
+    writeWholeFile(folder.filePath(u"equipment.csv"_s), "a;b;c\n1;2\n");
+    QCOMPARE(failingFile(), u"equipment.csv: row 2 has 2 fields where the heading has 3"_s);
+}
+
+void tst_factory::hasTheTextsOfEveryCodeThatTheSourceUses()
+{
+    static const QRegularExpression literal(u"u\"(M\\d+(?:_[A-Z]+)?|OK_[A-Z]+|CANCEL_[A-Z]+)\"_s"_s);
+    QSet<QString> used;
+    for (const MenuItem& item : menuItems())
+        used << "FMAIN_"_L1 + item.control.toUpper();
+    QDirIterator files(QStringLiteral(VELMORA_SOURCE "/src"), {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        auto matches = literal.globalMatch(decodeText(readWholeFile(files.next())));
+        while (matches.hasNext())
+            used << matches.next().captured(1);
+    }
+    QVERIFY(used.size() > 25);
+    for (const QString& language : {u"EN"_s, u"FR"_s})
+        QCOMPARE(QStringList((used - codes(language)).values()).join(u' '), QString());
+}
+
+void tst_factory::saysTheSameInEveryLanguage()
+{
+    QCOMPARE(codes(u"EN"_s), codes(u"FR"_s));
+    // A substitution in one language and not in the other loses what it says.
+    QCOMPARE(rows(u"SELECT E.SY_SUBCODE FROM SYSTEM_PARAMETERS E JOIN SYSTEM_PARAMETERS F ON F.SY_SUBCODE = E.SY_SUBCODE "
+                  "AND F.SY_CODE = '$$DESC_FR' WHERE E.SY_CODE = '$$DESC_EN' AND "
+                  "(instr(E.SY_VALUE, '$$') > 0) <> (instr(F.SY_VALUE, '$$') > 0)"_s),
+             QStringList());
+}
+
+void tst_factory::listsOnlyTablesAndColumnsThatExist()
+{
+    const QStringList tabs = rows(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$TABS' ORDER BY SY_SUBCODE"_s);
+    QCOMPARE(tabs.size(), 12);
+    for (const QString& table : tabs) {
+        QVERIFY2(codes(u"FR"_s).contains("FPARAMETERS_"_L1 + table), qPrintable(table));
+        const QList<Column> columns = m_factory.columns(table);
+        QVERIFY2(!columns.isEmpty(), qPrintable(table));
+        for (const Column& column : columns)
+            QVERIFY2(codes(u"FR"_s).contains(column.name), qPrintable(column.name));
+    }
+    Recordset lists = m_factory.select(u"SELECT substr(SY_CODE, 3), substr(SY_SUBCODE, 3), SY_VALUE FROM SYSTEM_PARAMETERS "
+                                       "WHERE substr(SY_SUBCODE, 1, 2) = 'L_'"_s);
+    QVERIFY(lists.recordCount() > 15);
+    for (; !lists.eof(); lists.moveNext()) {
+        QString statement = lists.text(2);
+        statement.replace(QRegularExpression(u"&[A-Z_]+"_s), u"'x'"_s);
+        m_factory.select(statement);
+        const QList<Column> columns = m_factory.columns(lists.text(0));
+        QVERIFY2(std::any_of(columns.begin(), columns.end(),
+                             [&](const Column& column) { return column.name == lists.text(1); }),
+                 qPrintable(lists.text(0) + u'.' + lists.text(1)));
+    }
+}
+
+void tst_factory::pointsRebootRowsAtParameters()
+{
+    QCOMPARE(rows(u"SELECT count(*) FROM SYSTEM_PARAMETERS S JOIN EQUIPMENT_PARAMETERS P ON S.SY_CODE = '$$' || P.EQ_CODE "
+                  "AND P.PA_CODE = S.SY_VALUE WHERE S.SY_SUBCODE IN ('$$IP1', '$$IP2', '$$IP3', '$$IP4', '$$EPWD')"_s),
+             QStringList(u"9"_s));
+    QCOMPARE(rows(u"SELECT EQ_CODE || count(*) FROM EQUIPMENT_PARAMETERS GROUP BY EQ_CODE ORDER BY 1"_s),
+             QStringList({u"F100015"_s, u"GXP2000298"_s, u"PAP2245"_s}));
+}
+
+QTEST_GUILESS_MAIN(tst_factory)
 #include "tst_factory.moc"

@@ -1,8 +1,172 @@
+// The main window: menu, rights, captions, children, closing.
+#include "startup/FMain.h"
+#include "startup/menu.h"
+#include "support/test_database.h"
+
+#include <QAction>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
 
 class tst_FMain : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void keepsItsBuiltInTexts();
+    void translatesTitleAndMenu();
+    void enablesByRightsAndActions_data();
+    void enablesByRightsAndActions();
+    void saysWhyAnItemIsDisabled();
+    void showsEachChildOnce();
+    void reportsAFailingAction();
+    void quits();
+    void stopsARunBeforeItCloses();
+
+private:
+    void addText(const QString& code, const QString& text);
+    static QAction* item(const FMain& window, const QString& control) { return window.findChild<QAction*>(control); }
+
+    std::unique_ptr<TestDatabase> m_database;
 };
+
+void tst_FMain::init()
+{
+    m_database = std::make_unique<TestDatabase>();
+    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', '*', '*')"_s);
+}
+
+void tst_FMain::addText(const QString& code, const QString& text)
+{
+    m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', ?, ?)"_s, {code, text});
+}
+
+void tst_FMain::keepsItsBuiltInTexts()
+{
+    const FMain window(m_database->main);
+    QCOMPARE(window.windowTitle(), u"Velmora"_s);
+    QStringList bar;
+    for (const QAction* action : window.menuBar()->actions())
+        bar << action->text();
+    QCOMPARE(bar, QStringList({u"Files"_s, u"Configure"_s, u"Generate"_s, u"Phone Book"_s, u"Ranges"_s, u"Reboot"_s,
+                               u"Help"_s}));
+    QStringList book;
+    for (const QAction* action : item(window, u"PhoneBook"_s)->menu()->actions())
+        book << action->text();
+    QCOMPARE(book, QStringList({u"Generate"_s, u"Import"_s, u"Export"_s}));
+    QCOMPARE(menuItems().size(), 14);
+}
+
+void tst_FMain::translatesTitleAndMenu()
+{
+    addText(u"FMAIN"_s, u"Phones"_s);
+    addText(u"FMAIN_CONFIG"_s, u"Set up"_s);
+    addText(u"FMAIN_PHONEBOOK"_s, u"Directory"_s);
+    const FMain window(m_database->main);
+    QCOMPARE(window.windowTitle(), u"Phones 1.1.42 - JDOE"_s);
+    QCOMPARE(item(window, u"Config"_s)->text(), u"Set up"_s);
+    QCOMPARE(item(window, u"PhoneBook"_s)->text(), u"Directory"_s);
+    QCOMPARE(item(window, u"Help1"_s)->text(), u"Help"_s);
+}
+
+void tst_FMain::enablesByRightsAndActions_data()
+{
+    QTest::addColumn<QString>("right");
+    QTest::addColumn<QStringList>("enabled");
+    QTest::newRow("everything") << u"'*', '*'"_s
+                                << QStringList({u"Files"_s, u"Quit"_s, u"Generate"_s, u"GenConf"_s, u"PhoneBook"_s,
+                                                u"Reboot"_s, u"Help"_s});
+    QTest::newRow("one item of the user") << u"'JDOE', 'GenConf'"_s << QStringList(u"GenConf"_s);
+    QTest::newRow("an item that does not exist yet") << u"'JDOE', 'Ranges'"_s << QStringList();
+    QTest::newRow("another user") << u"'ASMITH', '*'"_s << QStringList();
+}
+
+void tst_FMain::enablesByRightsAndActions()
+{
+    QFETCH(QString, right);
+    m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'AUTHM'"_s);
+    m_database->run("INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', "_L1 + right + u')');
+    FMain window(m_database->main);
+    window.setActions({{u"GenConf"_s, [] {}}, {u"Reboot"_s, [] {}}});
+    QStringList enabled;
+    for (const MenuItem& each : menuItems())
+        if (item(window, each.control)->isEnabled())
+            enabled << each.control;
+    QTEST(enabled, "enabled");
+}
+
+void tst_FMain::saysWhyAnItemIsDisabled()
+{
+    FMain window(m_database->main);
+    window.show();
+    const QMenuBar* bar = window.menuBar();
+    QTest::mouseMove(window.menuBar(), bar->actionGeometry(item(window, u"Ranges"_s)).center());
+    QTRY_COMPARE(window.statusBar()->currentMessage(), u"M207: "_s);
+    QTest::mouseMove(window.menuBar(), bar->actionGeometry(item(window, u"Files"_s)).center());
+    QTRY_COMPARE(window.statusBar()->currentMessage(), QString());
+}
+
+void tst_FMain::showsEachChildOnce()
+{
+    FMain window(m_database->main);
+    int made = 0;
+    const auto show = [&] {
+        window.showChild(u"Child"_s, [&] {
+            ++made;
+            auto* child = new QWidget;
+            child->setObjectName(u"Child"_s);
+            return child;
+        });
+    };
+    window.setActions({{u"Ranges"_s, show}});
+    window.show();
+    item(window, u"Ranges"_s)->trigger();
+    item(window, u"Ranges"_s)->trigger();
+    QCOMPARE(made, 1);
+    QVERIFY(window.findChild<QWidget*>(u"Child"_s)->isVisible());
+    window.findChild<QMdiSubWindow*>()->close();
+    QTRY_VERIFY(!window.findChild<QWidget*>(u"Child"_s));
+    item(window, u"Ranges"_s)->trigger();
+    QCOMPARE(made, 2);
+}
+
+void tst_FMain::reportsAFailingAction()
+{
+    FMain window(m_database->main);
+    window.setActions({{u"Ranges"_s, [this] { m_database->run(u"NO SQL"_s); }}});
+    item(window, u"Ranges"_s)->trigger();
+    QCOMPARE(m_database->user.shown.size(), 1);
+    QVERIFY(m_database->user.shown[0].startsWith("Database error: "_L1));
+    QCOMPARE(m_database->user.details, QStringList(u"NO SQL"_s));
+}
+
+void tst_FMain::quits()
+{
+    FMain window(m_database->main);
+    window.show();
+    item(window, u"Quit"_s)->trigger();
+    QVERIFY(!window.isVisible());
+}
+
+void tst_FMain::stopsARunBeforeItCloses()
+{
+    FMain window(m_database->main);
+    window.show();
+    bool asked = false;
+    connect(&m_database->main.batch, &Batch::stopRequested, this, [&asked] { asked = true; });
+    {
+        const Batch::Run run(m_database->main.batch);
+        window.close();
+        QVERIFY(window.isVisible());
+        QVERIFY(asked);
+    }
+    QTRY_VERIFY(!window.isVisible());
+}
 
 QTEST_MAIN(tst_FMain)
 #include "tst_FMain.moc"

@@ -1,8 +1,204 @@
+// The lookups that every part uses: texts, messages, parameter values, macros, folders, menu rights.
+#include "startup/menu.h"
+#include "startup/version.h"
+#include "support/test_database.h"
+
+#include <QDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
 
 class tst_lookups : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void findsTexts();
+    void showsMessages();
+    void resolvesParameterValues_data();
+    void resolvesParameterValues();
+    void expandsMacros_data();
+    void expandsMacros();
+    void quotesReplacementsInStatements();
+    void reportsRefusedMacros();
+    void choosesFolders();
+    void grantsMenuItems_data();
+    void grantsMenuItems();
+    void writesItsVersion();
 };
 
-QTEST_MAIN(tst_lookups)
+void tst_lookups::findsTexts()
+{
+    TestDatabase database;
+    database.run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_FR', 'M8', 'Aucun poste')"_s);
+    QCOMPARE(database.main.GetDescription(u"M8"_s), u"M8: $$"_s);
+    QCOMPARE(database.main.GetDescription(u"M8"_s, u"FR"_s), u"Aucun poste"_s);
+    QCOMPARE(database.main.GetDescription(u"M99"_s), QString());
+    database.main.language = u"FR"_s;
+    QCOMPARE(database.main.GetDescription(u"M8"_s), u"Aucun poste"_s);
+}
+
+void tst_lookups::showsMessages()
+{
+    TestDatabase database;
+    database.run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'X', 'Phone $$ missing, $$')"_s);
+    bool show = false;
+    QCOMPARE(database.main.GetMessage(u"X"_s, u"42"_s, show), u"Phone 42 missing, 42"_s);
+    QVERIFY(!show);
+    QVERIFY(database.user.shown.isEmpty());
+    QCOMPARE(database.main.GetMessage(u"X"_s, u"a$$b"_s, show), u"Phone a$$b missing, a$$b"_s);
+
+    QCOMPARE(database.main.GetMessage(u"M99"_s, {}, show), u"Message Not Found : M99 Language : EN"_s);
+    QVERIFY(show);
+    QCOMPARE(database.user.shown, QStringList(u"Message Not Found : M99 Language : EN"_s));
+    database.main.showMessage(u"X"_s, u"7"_s);
+    QCOMPARE(database.user.shown.last(), u"Phone 7 missing, 7"_s);
+}
+
+void tst_lookups::resolvesParameterValues_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QStringList>("shown");
+    QTest::newRow("default, macro untouched") << u"e"_s << u"default $$P"_s << QStringList();
+    QTest::newRow("company") << u"c"_s << u"company 1234"_s << QStringList();
+    QTest::newRow("phone") << u"p"_s << u"phone O'Neil"_s << QStringList();
+    QTest::newRow("not in the catalogue") << u"none"_s << QString() << QStringList(u"M1: none"_s);
+    QTest::newRow("unknown level") << u"x"_s << QString() << QStringList(u"M2: x"_s);
+    QTest::newRow("device level") << u"d"_s << QString() << QStringList(u"M3: d"_s);
+    QTest::newRow("no phone value, though there is a default") << u"p2"_s << QString() << QStringList(u"M4: p2"_s);
+    QTest::newRow("no company value") << u"c2"_s << QString() << QStringList(u"M5: c2"_s);
+}
+
+void tst_lookups::resolvesParameterValues()
+{
+    TestDatabase database;
+    database.addPhone(u"C1"_s, u"PAP2"_s, u"1234"_s, u"O'Neil"_s, u"000000000001"_s);
+    database.run(u"INSERT INTO LEVELS VALUES('Z', 'x')"_s);
+    for (const auto& [code, level] : {std::pair(u"e"_s, u"E"_s), {u"c"_s, u"C"_s}, {u"c2"_s, u"C"_s}, {u"p"_s, u"P"_s},
+                                      {u"p2"_s, u"P"_s}, {u"d"_s, u"D"_s}, {u"x"_s, u"Z"_s}})
+        database.addParameter(u"PAP2"_s, code, level, u"default $$P"_s);
+    database.run(u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'PAP2', 'c', 'company $$P')"_s);
+    database.run(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', 'PAP2', '1234', 'p', 'phone $$N')"_s);
+    database.selectPhones(u"C1"_s);
+
+    QFETCH(QString, code);
+    QTEST(database.main.GetParameterValue(code), "value");
+    QTEST(database.user.shown, "shown");
+}
+
+void tst_lookups::expandsMacros_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("refused");
+    QTest::addColumn<bool>("unknown");
+    const auto good = [](const char* name, const QString& value, const QString& text) {
+        QTest::newRow(name) << value << text << QString() << false;
+    };
+    const auto bad = [](const char* name, const QString& value, const QString& token, bool unknown) {
+        QTest::newRow(name) << value << value << token << unknown;
+    };
+    good("none", u"a $ b"_s, u"a $ b"_s);
+    good("code", u"ext$$P"_s, u"ext1234"_s);
+    good("description", u"$$N"_s, u"Eva $$N O'Neil"_s);
+    good("range", u"$$P,2,2"_s, u"23"_s);
+    good("range beyond the end", u"$$P,3,9"_s, u"34"_s);
+    good("range after the end", u"$$P,5,1"_s, u""_s);
+    good("length 0", u"$$P,1,0"_s, u""_s);
+    good("ends at a blank", u"$$P and on"_s, u"1234 and on"_s);
+    good("ends at a quote before a blank", u"a$$P' and b"_s, u"a1234' and b"_s);
+    good("keeps the quotes around it", u"'$$P'"_s, u"'1234'"_s);
+    good("repeated", u"$$P $$P x$$P"_s, u"1234 1234 x1234"_s);
+    good("another macro is not reached", u"$$P $$N"_s, u"1234 $$N"_s);
+    bad("unknown name", u"a $$X b"_s, u"$$X"_s, true);
+    bad("lower case", u"$$p"_s, u"$$p"_s, true);
+    bad("runs to the end", u"$$P-1"_s, u"$$P-1"_s, true);
+    bad("runs to a quote, past a blank", u"$$P b'"_s, u"$$P b"_s, true);
+    bad("bare", u"cost: $$"_s, u"$$"_s, true);
+    bad("one argument", u"$$P,2"_s, u"$$P,2"_s, false);
+    bad("empty argument", u"$$P,2,"_s, u"$$P,2,"_s, false);
+    bad("no number", u"$$P,a,2"_s, u"$$P,a,2"_s, false);
+    bad("start before 1", u"$$P,0,2"_s, u"$$P,0,2"_s, false);
+    bad("negative length", u"$$P,1,-1"_s, u"$$P,1,-1"_s, false);
+    bad("three arguments", u"$$P,1,2,3"_s, u"$$P,1,2,3"_s, false);
+    bad("unknown name with a bad argument", u"$$X,1"_s, u"$$X,1"_s, false);
+}
+
+void tst_lookups::expandsMacros()
+{
+    // The description holds a macro itself: the expansion must end all the same.
+    const Phone phone = {u"C1"_s, u"PAP2"_s, u"1234"_s, u"Eva $$N O'Neil"_s, u""_s};
+    QFETCH(QString, value);
+    const MacroExpansion expansion = expandMacros(value, phone, MacroContext::Value);
+    QTEST(expansion.text, "text");
+    QTEST(expansion.refusedToken, "refused");
+    QTEST(expansion.unknownName, "unknown");
+}
+
+void tst_lookups::quotesReplacementsInStatements()
+{
+    const Phone phone = {u"C1"_s, u"PAP2"_s, u"12"_s, u"O'Neil"_s, u""_s};
+    QCOMPARE(expandMacros(u"VALUES('a $$N', 'b')"_s, phone, MacroContext::Statement).text, u"VALUES('a O''Neil', 'b')"_s);
+    // Cut first, doubled afterwards: otherwise half a quote could be left.
+    QCOMPARE(expandMacros(u"VALUES('$$N,1,2', 'b')"_s, phone, MacroContext::Statement).text, u"VALUES('O''', 'b')"_s);
+}
+
+void tst_lookups::reportsRefusedMacros()
+{
+    TestDatabase database;
+    database.addPhone(u"C1"_s, u"PAP2"_s, u"12"_s, u"one"_s, u"000000000001"_s);
+    database.selectPhones(u"C1"_s);
+    QCOMPARE(database.main.ExpandMacros(u"$$P,x,1"_s), u"$$P,x,1"_s);
+    QVERIFY(!database.main.stopFlag);
+    QCOMPARE(database.main.ExpandMacros(u"a $$X"_s), u"a $$X"_s);
+    QVERIFY(database.main.stopFlag);
+    QCOMPARE(database.user.shown, QStringList({u"M6: $$P,x,1"_s, u"M6: $$X"_s}));
+}
+
+void tst_lookups::choosesFolders()
+{
+    TestDatabase database;
+    QCOMPARE(database.main.BrowseFolder(u"/start"_s), u"/start"_s);
+    database.user.folderAnswer = u"/chosen"_s;
+    QCOMPARE(database.main.BrowseFolder(u"/start"_s), u"/chosen"_s);
+    database.user.folderAnswer = u""_s;
+    QCOMPARE(database.main.BrowseFolder({}), QString());
+    QCOMPARE(database.user.proposals, QStringList({u"/start"_s, u"/start"_s, QDir::currentPath()}));
+}
+
+void tst_lookups::grantsMenuItems_data()
+{
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<bool>("granted");
+    QTest::addColumn<bool>("reachable");
+    QTest::newRow("no rows") << QStringList() << false << false;
+    QTest::newRow("everybody everything") << QStringList(u"'*', '*'"_s) << true << true;
+    QTest::newRow("everybody, whatever the value") << QStringList(u"'*', 'Reboot'"_s) << true << true;
+    QTest::newRow("the item to everybody") << QStringList(u"'GenConf', 'x'"_s) << true << false;
+    QTest::newRow("the user everything") << QStringList(u"'JDOE', '*'"_s) << true << true;
+    QTest::newRow("the user the item only") << QStringList(u"'JDOE', 'GenConf'"_s) << true << false;
+    QTest::newRow("the user the item, everybody the submenu")
+        << QStringList({u"'JDOE', 'GenConf'"_s, u"'Generate', ''"_s}) << true << true;
+    QTest::newRow("another user") << QStringList(u"'ASMITH', '*'"_s) << false << false;
+    QTest::newRow("another case") << QStringList(u"'JDOE', 'GENCONF'"_s) << false << false;
+}
+
+void tst_lookups::grantsMenuItems()
+{
+    TestDatabase database;
+    QFETCH(QStringList, rows);
+    for (const QString& row : rows)
+        database.run("INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', "_L1 + row + u')');
+    QTEST(hasMenuRight(database.main, u"GenConf"_s), "granted");
+    QTEST(canReachMenuItem(database.main, u"GenConf"_s), "reachable");
+}
+
+void tst_lookups::writesItsVersion()
+{
+    QCOMPARE(versionText(), u"1.1.42"_s);
+    QCOMPARE(versionDigits(), u"010142"_s);
+}
+
+QTEST_GUILESS_MAIN(tst_lookups)
 #include "tst_lookups.moc"

@@ -9,6 +9,8 @@ namespace velmora {
 TestDatabase::TestDatabase() : main(u"/nowhere"_s, user.prompts())
 {
     main.connection.open("Provider=SQLite;Data Source="_L1 + m_folder.filePath(u"test.db"_s));
+    // No test cuts the power.
+    run(u"PRAGMA synchronous = OFF"_s);
     for (const QString& statement : creationStatements())
         run(statement);
     run(privateStagingStatement());

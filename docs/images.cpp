@@ -1,0 +1,73 @@
+// velmora-images PROGRAM_FOLDER IMAGE_FOLDER: takes the images of the windows, in English and French, over the demo
+// database in the program folder.
+#include "generation/FGenerate.h"
+#include "startup/FMain.h"
+#include "startup/MMain.h"
+#include "startup/start_up.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPushButton>
+#include <QTextStream>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
+
+namespace {
+
+/// Chooses an entry the way a user does, so that the lists after it are refilled.
+void choose(QWidget& window, const QString& list, const QString& code)
+{
+    auto* filter = window.findChild<QComboBox*>(list);
+    filter->setCurrentIndex(filter->findText(code + u' ', Qt::MatchStartsWith));
+    Q_EMIT filter->activated(filter->currentIndex());
+}
+
+void save(QWidget& window, const QString& path)
+{
+    QCoreApplication::processEvents();
+    if (!window.grab().save(path))
+        QTextStream(stderr) << "can't write " << path << '\n';
+}
+
+void takeImages(MMain& main, const QString& folder)
+{
+    const QString suffix = u'-' + main.language.toLower() + ".png"_L1;
+    FMain frame(main);
+    FGenerate* generate = nullptr;
+    frame.setActions({{u"GenConf"_s, [&] {
+                           frame.showChild(u"FGenerate"_s, [&] { return generate = new FGenerate(main); });
+                       }}});
+    frame.show();
+    frame.findChild<QAction*>(u"GenConf"_s)->trigger();
+    save(frame, folder + "/FMain"_L1 + suffix);
+
+    choose(*generate, u"Filter_1"_s, u"LUNA"_s);
+    choose(*generate, u"Filter_2"_s, u"GXP2000"_s);
+    generate->findChild<QPushButton*>(u"Generate"_s)->click();
+    save(*generate, folder + "/FGenerate"_L1 + suffix);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const Prompts prompts = {
+        [](const QString& text, const QString& details) { QTextStream(stderr) << text << '\n' << details << '\n'; },
+        [](const QString&, const QString&) { return true; },
+        [](const QString&, const QString&) { return std::optional<QString>(); },
+        [](const QString&) { return std::optional<QString>(); },
+        [] { QCoreApplication::processEvents(); },
+    };
+    MMain mainModule(arguments.value(1), prompts);
+    if (!StartUp(mainModule, u"installer"_s))
+        return 3;
+    for (const QString& language : {u"EN"_s, u"FR"_s}) {
+        mainModule.language = language;
+        takeImages(mainModule, arguments.value(2));
+    }
+    return 0;
+}
