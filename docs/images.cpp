@@ -1,5 +1,5 @@
-// velmora-images PROGRAM_FOLDER IMAGE_FOLDER: takes the images of the windows, in English and French, over the demo
-// database in the program folder.
+// velmora-images PROGRAM_FOLDER IMAGE_FOLDER: takes the images of the windows, in English and French, over
+// the demo database in the program folder.
 #include "generation/FGenerate.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
@@ -56,7 +56,9 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const Prompts prompts = {
-        [](const QString& text, const QString& details) { QTextStream(stderr) << text << '\n' << details << '\n'; },
+        [](const QString& text, const QString& details) {
+            QTextStream(stderr) << text << '\n' << details << '\n';
+        },
         [](const QString&, const QString&) { return true; },
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&) { return std::optional<QString>(); },

@@ -61,7 +61,8 @@ private:
     QProgressBar* m_progress;
     QPushButton* m_generate;
     QPushButton* m_cancel;
-    /// What Cancel says while a run goes on, and otherwise. Looked up beforehand: a run can end with its database.
+    /// What Cancel says while a run goes on, and otherwise. Looked up beforehand: a run can end with its
+    /// database.
     QString m_stopCaption;
     QString m_closeCaption;
     bool m_folderExists = false;

@@ -125,7 +125,7 @@ void FMain::closeEvent(QCloseEvent* event)
         return;
     }
     m_children->closeAllSubWindows();
-    event->setAccepted(m_children->subWindowList().isEmpty() || !m_children->currentSubWindow());
+    event->setAccepted(!m_children->currentSubWindow());
 }
 
 bool FMain::eventFilter(QObject* watched, QEvent* event)

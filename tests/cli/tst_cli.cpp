@@ -65,8 +65,8 @@ void tst_cli::initTestCase()
     // Lines tagged "All" fail in silence, so the rows are counted.
     Connection connection;
     connection.open("Provider=SQLite;Data Source="_L1 + m_folder->file(u"velmora.db"_s));
-    for (const QString& table : {u"COMPANY"_s, u"RANGES"_s, u"PHONES"_s, u"COMPANY_PARAMETERS"_s, u"PHONES_PARAMETERS"_s,
-                                 u"PHONE_BOOK"_s})
+    for (const QString& table : {u"COMPANY"_s, u"RANGES"_s, u"PHONES"_s, u"COMPANY_PARAMETERS"_s,
+                                 u"PHONES_PARAMETERS"_s, u"PHONE_BOOK"_s})
         QCOMPARE(connection.select("SELECT count(*) FROM "_L1 + table).text(0).toInt(),
                  demo.count(QByteArray("All;" + table.toUtf8() + ';')));
 }
@@ -86,22 +86,27 @@ void tst_cli::answers_data()
     QTest::newRow("phones of a model")
         << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"F1000"_s}) << 0
         << u"117\tRounds foreman\n118\tDriver 1\n119\tDriver 2\n120\tCleaning\n"_s << QString();
-    QTest::newRow("no such company") << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"X"_s}) << 0 << QString()
-                                     << QString();
+    QTest::newRow("no such company") << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"X"_s}) << 0
+                                     << QString() << QString();
     QTest::newRow("nothing selected")
         << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"X"_s}) << 1 << QString()
         << u"No phone matches the selection.\n"_s;
-    QTest::newRow("no such folder")
-        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--folder"_s, u"/no/such"_s})
-        << 1 << QString() << u"The folder /no/such does not exist.\n"_s;
+    QTest::newRow("no such folder") << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s,
+                                                    u"--equipment"_s, u"PAP2"_s, u"--folder"_s,
+                                                    u"/no/such"_s})
+                                    << 1 << QString() << u"The folder /no/such does not exist.\n"_s;
     QTest::newRow("a code that breaks the statement")
         << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"O'X"_s}) << 1 << QString()
-        << u"unrecognized token: \"X' ORDER BY PH_CODE\"\nSELECT PH_CODE, PH_DESC FROM PHONES WHERE CO_CODE = 'O'X' "
+        << u"unrecognized token: \"X' ORDER BY PH_CODE\"\nSELECT PH_CODE, PH_DESC FROM PHONES WHERE CO_CODE "
+           u"= 'O'X' "
            "ORDER BY PH_CODE\n"_s;
-    QTest::newRow("no command") << QStringList() << 2 << QString() << u"A subcommand is required\nRun with --help for more information.\n"_s;
+    QTest::newRow("no command") << QStringList() << 2 << QString()
+                                << u"A subcommand is required\nRun with --help for more information.\n"_s;
     QTest::newRow("unknown level")
-        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--levels"_s, u"device"_s})
-        << 2 << QString() << u"--levels: device not in {phone,company,equipment}\nRun with --help for more information.\n"_s;
+        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--levels"_s,
+                        u"device"_s})
+        << 2 << QString()
+        << u"--levels: device not in {phone,company,equipment}\nRun with --help for more information.\n"_s;
 }
 
 void tst_cli::answers()
@@ -120,9 +125,12 @@ void tst_cli::generatesWhatIsRemembered()
     const QStringList generate = {u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s};
     const Result all = run(generate);
     QCOMPARE(all.status, 0);
-    QCOMPARE(all.out, u"113 - 0200A002000D.TXT - Shop Market Square\n   Done\n114 - 0200A002000E.TXT - Shop Station\n   Done\n"
-                      "115 - 0200A002000F.TXT - Shop Harbour\n   Done\n116 - 0200A0020010.TXT - Fax and door\n   Done\n"
-                      "Generation finished\n"_s);
+    QCOMPARE(
+        all.out,
+        u"113 - 0200A002000D.TXT - Shop Market Square\n   Done\n114 - 0200A002000E.TXT - Shop Station\n   "
+        u"Done\n"
+        "115 - 0200A002000F.TXT - Shop Harbour\n   Done\n116 - 0200A0020010.TXT - Fax and door\n   Done\n"
+        "Generation finished\n"_s);
     const QDir written(output.filePath(u"LUNA"_s));
     QCOMPARE(written.entryList(QDir::Files), QStringList({u"0200A002000D.txt"_s, u"0200A002000E.txt"_s,
                                                           u"0200A002000F.txt"_s, u"0200A0020010.txt"_s}));
@@ -133,8 +141,8 @@ void tst_cli::generatesWhatIsRemembered()
 
     const QString other = output.filePath(u"other"_s);
     QVERIFY(output.mkdir(u"other"_s));
-    const Result part = run(generate + QStringList{u"--from"_s, u"114"_s, u"--to"_s, u"115"_s, u"--source"_s, u"--levels"_s,
-                                                   u"phone,company"_s, u"--folder"_s, other});
+    const Result part = run(generate + QStringList{u"--from"_s, u"114"_s, u"--to"_s, u"115"_s, u"--source"_s,
+                                                   u"--levels"_s, u"phone,company"_s, u"--folder"_s, other});
     QCOMPARE(part.status, 0);
     QCOMPARE(QDir(other).entryList(QDir::Files).size(), 4);
     QVERIFY(!readWholeFile(other + "/0200A002000E.txt"_L1).contains("Max_Forward"));

@@ -27,7 +27,10 @@ private Q_SLOTS:
     void tellsDuplicateKeys();
 
 private:
-    QString source(const QString& name) const { return "Provider=SQLite;Data Source="_L1 + m_folder->filePath(name); }
+    QString source(const QString& name) const
+    {
+        return "Provider=SQLite;Data Source="_L1 + m_folder->filePath(name);
+    }
     QString count(Connection& connection) const
     {
         return connection.select(u"SELECT count(*) FROM T"_s).text(0);
@@ -45,15 +48,18 @@ void tst_connection::refusesToOpen_data()
 {
     QTest::addColumn<QString>("string");
     QTest::addColumn<QString>("words");
-    QTest::newRow("unknown provider") << u"Provider=Oracle;Data Source=x"_s << u"Unknown Provider \"Oracle\""_s;
+    QTest::newRow("unknown provider")
+        << u"Provider=Oracle;Data Source=x"_s << u"Unknown Provider \"Oracle\""_s;
     QTest::newRow("no provider") << u"Data Source=x"_s << u"lacks \"Provider\""_s;
     QTest::newRow("no data source") << u"Provider=SQLite"_s << u"lacks \"Data Source\""_s;
     QTest::newRow("empty data source") << u"Provider=SQLite;Data Source= "_s << u"lacks \"Data Source\""_s;
     QTest::newRow("no pair") << u"Provider=SQLite;velmora.db"_s << u"\"velmora.db\""_s;
     QTest::newRow("empty") << QString() << u"lacks \"Provider\""_s;
-    QTest::newRow("no such folder") << u"Provider=SQLite;Data Source=/no/such/folder/x.db"_s << u"unable to open"_s;
+    QTest::newRow("no such folder") << u"Provider=SQLite;Data Source=/no/such/folder/x.db"_s
+                                    << u"unable to open"_s;
     QTest::newRow("a folder") << u"Provider=SQLite;Data Source=/"_s << u"unable to open"_s;
-    QTest::newRow("no database") << u"Provider=SQLite;Data Source="_s + QCoreApplication::applicationFilePath()
+    QTest::newRow("no database") << u"Provider=SQLite;Data Source="_s +
+                                        QCoreApplication::applicationFilePath()
                                  << u"not a database"_s;
 }
 
@@ -98,7 +104,8 @@ void tst_connection::holdsResults()
 {
     Connection connection;
     connection.open(source(u"x.db"_s));
-    Recordset rows = connection.select(u"SELECT 'a' AS X, NULL AS Y UNION ALL SELECT '', ? ORDER BY X DESC"_s, {u"b'c"_s});
+    Recordset rows =
+        connection.select(u"SELECT 'a' AS X, NULL AS Y UNION ALL SELECT '', ? ORDER BY X DESC"_s, {u"b'c"_s});
     QCOMPARE(rows.recordCount(), 2);
     QCOMPARE(rows.text("X"_L1), u"a"_s);
     QVERIFY(rows.isNull(1));
@@ -153,17 +160,20 @@ void tst_connection::holdsDeclaredTypes_data()
     QTest::newRow("key too long") << u"INSERT INTO T VALUES('123456', 'b', NULL)"_s
                                   << u"T.K holds at most 5 characters"_s;
     QTest::newRow("second key missing") << u"INSERT INTO T VALUES('a', NULL, NULL)"_s << u"T.L is required"_s;
-    QTest::newRow("value too long") << u"INSERT INTO T VALUES('a', 'b', '1234')"_s << u"T.V holds at most 3 characters"_s;
+    QTest::newRow("value too long") << u"INSERT INTO T VALUES('a', 'b', '1234')"_s
+                                    << u"T.V holds at most 3 characters"_s;
     QTest::newRow("update too long") << u"UPDATE T SET V = '1234'"_s << u"T.V holds at most 3 characters"_s;
     QTest::newRow("update fits") << u"UPDATE T SET V = '123'"_s << QString();
-    QTest::newRow("own table") << u"INSERT INTO OWN VALUES('1234')"_s << u"OWN.K holds at most 3 characters"_s;
+    QTest::newRow("own table") << u"INSERT INTO OWN VALUES('1234')"_s
+                               << u"OWN.K holds at most 3 characters"_s;
 }
 
 void tst_connection::holdsDeclaredTypes()
 {
     Connection connection;
     connection.open(source(u"x.db"_s));
-    const QString creation = u"CREATE TABLE T (K nvarchar(5), L nvarchar(5), V nvarchar(3), PRIMARY KEY (K, L))"_s;
+    const QString creation =
+        u"CREATE TABLE T (K nvarchar(5), L nvarchar(5), V nvarchar(3), PRIMARY KEY (K, L))"_s;
     connection.execute(creation);
     connection.execute(u"INSERT INTO T VALUES('x', 'y', 'z')"_s);
     connection.execute(u"CREATE TEMPORARY TABLE OWN (K nvarchar(3))"_s);

@@ -56,7 +56,8 @@ QStringList tst_factory::rows(const QString& query)
 QSet<QString> tst_factory::codes(const QString& language)
 {
     const QStringList found =
-        rows("SELECT SY_SUBCODE FROM SYSTEM_PARAMETERS WHERE SY_VALUE <> '' AND SY_CODE = '$$DESC_"_L1 + language + u'\'');
+        rows("SELECT SY_SUBCODE FROM SYSTEM_PARAMETERS WHERE SY_VALUE <> '' AND SY_CODE = '$$DESC_"_L1 +
+             language + u'\'');
     return {found.begin(), found.end()};
 }
 
@@ -66,12 +67,13 @@ void tst_factory::readsSeparatedValues_data()
     QTest::addColumn<QList<QStringList>>("rows");
     QTest::newRow("empty") << QString() << QList<QStringList>();
     QTest::newRow("plain") << u"a;b\nc;\n"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u""_s}};
-    QTest::newRow("no last line end") << u"a;b\r\nc;d"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}};
+    QTest::newRow("no last line end")
+        << u"a;b\r\nc;d"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}};
     QTest::newRow("device value with semicolons")
         << u"343;\"f1=350@-13,f2=440@-13,c=0/0;\";E\n"_s
         << QList<QStringList>{{u"343"_s, u"f1=350@-13,f2=440@-13,c=0/0;"_s, u"E"_s}};
-    QTest::newRow("quotes and line end") << u"\"say \"\"a;b\"\"\nnow\";\"\"\n"_s
-                                         << QList<QStringList>{{u"say \"a;b\"\nnow"_s, u""_s}};
+    QTest::newRow("quotes and line end")
+        << u"\"say \"\"a;b\"\"\nnow\";\"\"\n"_s << QList<QStringList>{{u"say \"a;b\"\nnow"_s, u""_s}};
 }
 
 void tst_factory::readsSeparatedValues()
@@ -85,8 +87,10 @@ void tst_factory::refusesBrokenQuotes_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("reason");
     QTest::newRow("not closed") << u"a\n\"b;c\n"_s << QByteArray("row 2: a quote is not closed");
-    QTest::newRow("in the middle") << u"a\"b;c\n"_s << QByteArray("row 1: a quote stands in an unquoted field");
-    QTest::newRow("text after it") << u"\"a\"b;c\n"_s << QByteArray("row 1: a quote ends before its field does");
+    QTest::newRow("in the middle") << u"a\"b;c\n"_s
+                                   << QByteArray("row 1: a quote stands in an unquoted field");
+    QTest::newRow("text after it") << u"\"a\"b;c\n"_s
+                                   << QByteArray("row 1: a quote ends before its field does");
 }
 
 void tst_factory::refusesBrokenQuotes()
@@ -123,7 +127,8 @@ void tst_factory::hasTheTextsOfEveryCodeThatTheSourceUses()
     QSet<QString> used;
     for (const MenuItem& item : menuItems())
         used << "FMAIN_"_L1 + item.control.toUpper();
-    QDirIterator files(QStringLiteral(VELMORA_SOURCE "/src"), {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator files(QStringLiteral(VELMORA_SOURCE "/src"), {u"*.cpp"_s}, QDir::Files,
+                       QDirIterator::Subdirectories);
     while (files.hasNext()) {
         auto matches = literal.globalMatch(decodeText(readWholeFile(files.next())));
         while (matches.hasNext())
@@ -138,7 +143,8 @@ void tst_factory::saysTheSameInEveryLanguage()
 {
     QCOMPARE(codes(u"EN"_s), codes(u"FR"_s));
     // A substitution in one language and not in the other loses what it says.
-    QCOMPARE(rows(u"SELECT E.SY_SUBCODE FROM SYSTEM_PARAMETERS E JOIN SYSTEM_PARAMETERS F ON F.SY_SUBCODE = E.SY_SUBCODE "
+    QCOMPARE(rows(u"SELECT E.SY_SUBCODE FROM SYSTEM_PARAMETERS E JOIN SYSTEM_PARAMETERS F ON F.SY_SUBCODE = "
+                  u"E.SY_SUBCODE "
                   "AND F.SY_CODE = '$$DESC_FR' WHERE E.SY_CODE = '$$DESC_EN' AND "
                   "(instr(E.SY_VALUE, '$$') > 0) <> (instr(F.SY_VALUE, '$$') > 0)"_s),
              QStringList());
@@ -146,7 +152,8 @@ void tst_factory::saysTheSameInEveryLanguage()
 
 void tst_factory::listsOnlyTablesAndColumnsThatExist()
 {
-    const QStringList tabs = rows(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$TABS' ORDER BY SY_SUBCODE"_s);
+    const QStringList tabs =
+        rows(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$TABS' ORDER BY SY_SUBCODE"_s);
     QCOMPARE(tabs.size(), 12);
     for (const QString& table : tabs) {
         QVERIFY2(codes(u"FR"_s).contains("FPARAMETERS_"_L1 + table), qPrintable(table));
@@ -155,8 +162,9 @@ void tst_factory::listsOnlyTablesAndColumnsThatExist()
         for (const Column& column : columns)
             QVERIFY2(codes(u"FR"_s).contains(column.name), qPrintable(column.name));
     }
-    Recordset lists = m_factory.select(u"SELECT substr(SY_CODE, 3), substr(SY_SUBCODE, 3), SY_VALUE FROM SYSTEM_PARAMETERS "
-                                       "WHERE substr(SY_SUBCODE, 1, 2) = 'L_'"_s);
+    Recordset lists =
+        m_factory.select(u"SELECT substr(SY_CODE, 3), substr(SY_SUBCODE, 3), SY_VALUE FROM SYSTEM_PARAMETERS "
+                         "WHERE substr(SY_SUBCODE, 1, 2) = 'L_'"_s);
     QVERIFY(lists.recordCount() > 15);
     for (; !lists.eof(); lists.moveNext()) {
         QString statement = lists.text(2);
@@ -171,9 +179,12 @@ void tst_factory::listsOnlyTablesAndColumnsThatExist()
 
 void tst_factory::pointsRebootRowsAtParameters()
 {
-    QCOMPARE(rows(u"SELECT count(*) FROM SYSTEM_PARAMETERS S JOIN EQUIPMENT_PARAMETERS P ON S.SY_CODE = '$$' || P.EQ_CODE "
-                  "AND P.PA_CODE = S.SY_VALUE WHERE S.SY_SUBCODE IN ('$$IP1', '$$IP2', '$$IP3', '$$IP4', '$$EPWD')"_s),
-             QStringList(u"9"_s));
+    QCOMPARE(
+        rows(
+            u"SELECT count(*) FROM SYSTEM_PARAMETERS S JOIN EQUIPMENT_PARAMETERS P ON S.SY_CODE = '$$' || "
+            u"P.EQ_CODE "
+            "AND P.PA_CODE = S.SY_VALUE WHERE S.SY_SUBCODE IN ('$$IP1', '$$IP2', '$$IP3', '$$IP4', '$$EPWD')"_s),
+        QStringList(u"9"_s));
     QCOMPARE(rows(u"SELECT EQ_CODE || count(*) FROM EQUIPMENT_PARAMETERS GROUP BY EQ_CODE ORDER BY 1"_s),
              QStringList({u"F100015"_s, u"GXP2000298"_s, u"PAP2245"_s}));
 }

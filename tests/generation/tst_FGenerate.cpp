@@ -30,7 +30,10 @@ private Q_SLOTS:
     void translatesItsCaptions();
 
 private:
-    QComboBox* filter(int number) const { return m_window->findChild<QComboBox*>(u"Filter_%1"_s.arg(number)); }
+    QComboBox* filter(int number) const
+    {
+        return m_window->findChild<QComboBox*>(u"Filter_%1"_s.arg(number));
+    }
     QCheckBox* level(int number) const { return m_window->findChild<QCheckBox*>(u"CLev_%1"_s.arg(number)); }
     QPushButton* button(const QString& name) const { return m_window->findChild<QPushButton*>(name); }
     QString path() const { return m_window->findChild<QLabel*>(u"LPath"_s)->text(); }
@@ -72,7 +75,8 @@ QStringList tst_FGenerate::lines() const
 
 void tst_FGenerate::remember(const QString& code, const QString& value) const
 {
-    m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('C1GXP2000', ?, ?)"_s, {code, value});
+    m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('C1GXP2000', ?, ?)"_s,
+                                        {code, value});
 }
 
 /// Moves through the drop-down list with the arrow keys until it shows the entry.
@@ -194,7 +198,8 @@ void tst_FGenerate::browsesForAFolder()
     QTest::mouseClick(button(u"BtPath"_s), Qt::LeftButton);
     QCOMPARE(path(), m_database->folder());
     QVERIFY(button(u"Generate"_s)->isEnabled());
-    QCOMPARE(m_database->value(u"SELECT count(*) FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE = '$$GENPATH'"_s), u"0"_s);
+    QCOMPARE(m_database->value(u"SELECT count(*) FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE = '$$GENPATH'"_s),
+             u"0"_s);
 }
 
 void tst_FGenerate::generatesByKeyboard()
@@ -275,9 +280,12 @@ void tst_FGenerate::reportsALostDatabase()
 
 void tst_FGenerate::translatesItsCaptions()
 {
-    for (const auto& [code, text] : {std::pair(u"FGENERATE"_s, u"Titre"_s), {u"FGENERATE_CLEV_1"_s, u"Société"_s},
-                                     {u"FGENERATE_FLAB_2"_s, u"Modèle"_s}, {u"CANCEL_END"_s, u"Fermer"_s}})
-        m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_FR', ?, ?)"_s, {code, text});
+    for (const auto& [code, text] : {std::pair(u"FGENERATE"_s, u"Titre"_s),
+                                     {u"FGENERATE_CLEV_1"_s, u"Société"_s},
+                                     {u"FGENERATE_FLAB_2"_s, u"Modèle"_s},
+                                     {u"CANCEL_END"_s, u"Fermer"_s}})
+        m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_FR', ?, ?)"_s,
+                                            {code, text});
     m_database->main.language = u"FR"_s;
     m_window = new FGenerate(m_database->main);
     QCOMPARE(m_window->windowTitle(), u"Titre"_s);

@@ -38,11 +38,14 @@ void tst_tables::areStoredAsTheyAreWritten()
 void tst_tables::refuses_data()
 {
     QTest::addColumn<QString>("statement");
-    QTest::newRow("a phone outside its company's range") << u"INSERT INTO PHONES VALUES('C1', '999', 'GXP2000', '', '')"_s;
-    QTest::newRow("a phone of an unknown model") << u"INSERT INTO PHONES VALUES('C1', '102', 'NONE', '', '')"_s;
+    QTest::newRow("a phone outside its company's range")
+        << u"INSERT INTO PHONES VALUES('C1', '999', 'GXP2000', '', '')"_s;
+    QTest::newRow("a phone of an unknown model")
+        << u"INSERT INTO PHONES VALUES('C1', '102', 'NONE', '', '')"_s;
     QTest::newRow("a company that has phones to be deleted") << u"DELETE FROM COMPANY WHERE CO_CODE = 'C1'"_s;
     QTest::newRow("a used range to be deleted") << u"DELETE FROM RANGES WHERE PH_CODE = '101'"_s;
-    QTest::newRow("a value of an unknown parameter") << u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'GXP2000', '5', '')"_s;
+    QTest::newRow("a value of an unknown parameter")
+        << u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'GXP2000', '5', '')"_s;
     QTest::newRow("a parameter of an unknown level")
         << u"INSERT INTO EQUIPMENT_PARAMETERS VALUES('GXP2000', '5', '', 'X', '', 'T', '')"_s;
     QTest::newRow("a phone-book entry with an unknown flag")

@@ -30,7 +30,10 @@ private Q_SLOTS:
 
 private:
     void addText(const QString& code, const QString& text);
-    static QAction* item(const FMain& window, const QString& control) { return window.findChild<QAction*>(control); }
+    static QAction* item(const FMain& window, const QString& control)
+    {
+        return window.findChild<QAction*>(control);
+    }
 
     std::unique_ptr<TestDatabase> m_database;
 };
@@ -43,7 +46,8 @@ void tst_FMain::init()
 
 void tst_FMain::addText(const QString& code, const QString& text)
 {
-    m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', ?, ?)"_s, {code, text});
+    m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', ?, ?)"_s,
+                                        {code, text});
 }
 
 void tst_FMain::keepsItsBuiltInTexts()
@@ -53,8 +57,8 @@ void tst_FMain::keepsItsBuiltInTexts()
     QStringList bar;
     for (const QAction* action : window.menuBar()->actions())
         bar << action->text();
-    QCOMPARE(bar, QStringList({u"Files"_s, u"Configure"_s, u"Generate"_s, u"Phone Book"_s, u"Ranges"_s, u"Reboot"_s,
-                               u"Help"_s}));
+    QCOMPARE(bar, QStringList({u"Files"_s, u"Configure"_s, u"Generate"_s, u"Phone Book"_s, u"Ranges"_s,
+                               u"Reboot"_s, u"Help"_s}));
     QStringList book;
     for (const QAction* action : item(window, u"PhoneBook"_s)->menu()->actions())
         book << action->text();
@@ -79,8 +83,8 @@ void tst_FMain::enablesByRightsAndActions_data()
     QTest::addColumn<QString>("right");
     QTest::addColumn<QStringList>("enabled");
     QTest::newRow("everything") << u"'*', '*'"_s
-                                << QStringList({u"Files"_s, u"Quit"_s, u"Generate"_s, u"GenConf"_s, u"PhoneBook"_s,
-                                                u"Reboot"_s, u"Help"_s});
+                                << QStringList({u"Files"_s, u"Quit"_s, u"Generate"_s, u"GenConf"_s,
+                                                u"PhoneBook"_s, u"Reboot"_s, u"Help"_s});
     QTest::newRow("one item of the user") << u"'JDOE', 'GenConf'"_s << QStringList(u"GenConf"_s);
     QTest::newRow("an item that does not exist yet") << u"'JDOE', 'Ranges'"_s << QStringList();
     QTest::newRow("another user") << u"'ASMITH', '*'"_s << QStringList();

@@ -66,7 +66,8 @@ void tst_lookups::resolvesParameterValues_data()
     QTest::newRow("not in the catalogue") << u"none"_s << QString() << QStringList(u"M1: none"_s);
     QTest::newRow("unknown level") << u"x"_s << QString() << QStringList(u"M2: x"_s);
     QTest::newRow("device level") << u"d"_s << QString() << QStringList(u"M3: d"_s);
-    QTest::newRow("no phone value, though there is a default") << u"p2"_s << QString() << QStringList(u"M4: p2"_s);
+    QTest::newRow("no phone value, though there is a default")
+        << u"p2"_s << QString() << QStringList(u"M4: p2"_s);
     QTest::newRow("no company value") << u"c2"_s << QString() << QStringList(u"M5: c2"_s);
 }
 
@@ -75,8 +76,13 @@ void tst_lookups::resolvesParameterValues()
     TestDatabase database;
     database.addPhone(u"C1"_s, u"PAP2"_s, u"1234"_s, u"O'Neil"_s, u"000000000001"_s);
     database.run(u"INSERT INTO LEVELS VALUES('Z', 'x')"_s);
-    for (const auto& [code, level] : {std::pair(u"e"_s, u"E"_s), {u"c"_s, u"C"_s}, {u"c2"_s, u"C"_s}, {u"p"_s, u"P"_s},
-                                      {u"p2"_s, u"P"_s}, {u"d"_s, u"D"_s}, {u"x"_s, u"Z"_s}})
+    for (const auto& [code, level] : {std::pair(u"e"_s, u"E"_s),
+                                      {u"c"_s, u"C"_s},
+                                      {u"c2"_s, u"C"_s},
+                                      {u"p"_s, u"P"_s},
+                                      {u"p2"_s, u"P"_s},
+                                      {u"d"_s, u"D"_s},
+                                      {u"x"_s, u"Z"_s}})
         database.addParameter(u"PAP2"_s, code, level, u"default $$P"_s);
     database.run(u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'PAP2', 'c', 'company $$P')"_s);
     database.run(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', 'PAP2', '1234', 'p', 'phone $$N')"_s);
@@ -139,9 +145,11 @@ void tst_lookups::expandsMacros()
 void tst_lookups::quotesReplacementsInStatements()
 {
     const Phone phone = {u"C1"_s, u"PAP2"_s, u"12"_s, u"O'Neil"_s, u""_s};
-    QCOMPARE(expandMacros(u"VALUES('a $$N', 'b')"_s, phone, MacroContext::Statement).text, u"VALUES('a O''Neil', 'b')"_s);
+    QCOMPARE(expandMacros(u"VALUES('a $$N', 'b')"_s, phone, MacroContext::Statement).text,
+             u"VALUES('a O''Neil', 'b')"_s);
     // Cut first, doubled afterwards: otherwise half a quote could be left.
-    QCOMPARE(expandMacros(u"VALUES('$$N,1,2', 'b')"_s, phone, MacroContext::Statement).text, u"VALUES('O''', 'b')"_s);
+    QCOMPARE(expandMacros(u"VALUES('$$N,1,2', 'b')"_s, phone, MacroContext::Statement).text,
+             u"VALUES('O''', 'b')"_s);
 }
 
 void tst_lookups::reportsRefusedMacros()

@@ -94,7 +94,8 @@ void tst_start_up::readsParamDB_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("working");
     QTest::addColumn<QString>("original");
-    QTest::newRow("two lines") << u"A=$$APPPATH$$/$$APPPATH$$\r\nB=$$APPPATH$$\r\nignored"_s << u"A=/f//f"_s << u"B=/f"_s;
+    QTest::newRow("two lines") << u"A=$$APPPATH$$/$$APPPATH$$\r\nB=$$APPPATH$$\r\nignored"_s << u"A=/f//f"_s
+                               << u"B=/f"_s;
     QTest::newRow("one line") << u"A=1"_s << u"A=1"_s << QString();
     QTest::newRow("empty second") << u"A=1\n\nC"_s << u"A=1"_s << QString();
     QTest::newRow("empty") << QString() << QString() << QString();
@@ -135,10 +136,12 @@ void tst_start_up::tellsWhichDatabaseFails_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QString>("details");
-    QTest::newRow("unknown provider") << QByteArray("Provider=Oracle;Data Source=x") << u"Unknown Provider \"Oracle\""_s;
+    QTest::newRow("unknown provider")
+        << QByteArray("Provider=Oracle;Data Source=x") << u"Unknown Provider \"Oracle\""_s;
     QTest::newRow("not a database") << QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/ParamDB.txt")
                                     << u"not a database"_s;
-    QTest::newRow("no folder") << QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/no/x.db") << u"unable to open"_s;
+    QTest::newRow("no folder") << QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/no/x.db")
+                               << u"unable to open"_s;
     QTest::newRow("empty line") << QByteArray() << u"Provider"_s;
 }
 
@@ -160,8 +163,9 @@ void tst_start_up::endsWithoutAnEarlierDatabase()
     m_folder->write(u"ParamDB.txt"_s, "Provider=SQLite;Data Source=$$APPPATH$$/velmora.db\n");
     const Start start(*m_folder);
     QVERIFY(!start.ready);
-    QCOMPARE(start.user.shown,
-             QStringList(u"DATABASE CREATION\nOriginal Database Not Specified : see Manual (ParamDB.txt )"_s));
+    QCOMPARE(
+        start.user.shown,
+        QStringList(u"DATABASE CREATION\nOriginal Database Not Specified : see Manual (ParamDB.txt )"_s));
     QCOMPARE(value(u"SELECT count(*) FROM sqlite_master"_s), u"0"_s);
 }
 
@@ -178,7 +182,8 @@ void tst_start_up::leavesTheTablesOfAnUnreadableEarlierDatabase()
 
 void tst_start_up::refusesAnEarlierDatabaseOfAnotherVersion()
 {
-    execute(u"factory.db"_s, u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '010141' WHERE SY_CODE = '$$BASEVER'"_s);
+    execute(u"factory.db"_s,
+            u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '010141' WHERE SY_CODE = '$$BASEVER'"_s);
     const Start start(*m_folder);
     QVERIFY(!start.ready);
     QCOMPARE(start.user.shown, QStringList(u"The Original Database MUST be Version : 010142\n"
@@ -253,7 +258,8 @@ void tst_start_up::asksSuperusers()
     create();
     QFETCH(QString, superuser);
     QFETCH(std::optional<QString>, answer);
-    execute(u"velmora.db"_s, "INSERT OR IGNORE INTO SYSTEM_PARAMETERS VALUES('$$SUPERUSER', '"_L1 + superuser + "', '')"_L1);
+    execute(u"velmora.db"_s,
+            "INSERT OR IGNORE INTO SYSTEM_PARAMETERS VALUES('$$SUPERUSER', '"_L1 + superuser + "', '')"_L1);
     const Start start(*m_folder, u"jdoe"_s, answer);
     QVERIFY(start.ready);
     QTEST(start.main.userName, "userName");
@@ -267,7 +273,8 @@ void tst_start_up::stampsTheVersion_data()
     QTest::addColumn<QString>("stored");
     QTest::addColumn<QStringList>("shown");
     QTest::newRow("same") << u"010142"_s << QStringList();
-    QTest::newRow("last change of the schema") << u"010140"_s << QStringList(u"Update From 010140 To 010142"_s);
+    QTest::newRow("last change of the schema")
+        << u"010140"_s << QStringList(u"Update From 010140 To 010142"_s);
     QTest::newRow("later") << u"010200"_s << QStringList(u"Update From 010200 To 010142"_s);
 }
 
@@ -275,7 +282,8 @@ void tst_start_up::stampsTheVersion()
 {
     create();
     QFETCH(QString, stored);
-    execute(u"velmora.db"_s, u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '%1' WHERE SY_CODE = '$$BASEVER'"_s.arg(stored));
+    execute(u"velmora.db"_s,
+            u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '%1' WHERE SY_CODE = '$$BASEVER'"_s.arg(stored));
     const Start start(*m_folder);
     QVERIFY(start.ready);
     QTEST(start.user.shown, "shown");
@@ -316,9 +324,11 @@ void tst_start_up::reportsBrokenSeedLines()
     const Start start(*m_folder);
     QVERIFY(start.ready);
     QCOMPARE(start.user.shown.size(), 5);
-    QVERIFY(start.user.shown[0].startsWith("Error : INSERT INTO COMPANY VALUES('C1', ' The line holds 1 values"_L1));
-    QCOMPARE(start.user.shown[1],
-             u"Error : INSERT INTO COMPANY VALUES('TOOLONG', 'x') COMPANY.CO_CODE holds at most 5 characters"_s);
+    QVERIFY(start.user.shown[0].startsWith(
+        "Error : INSERT INTO COMPANY VALUES('C1', ' The line holds 1 values"_L1));
+    QCOMPARE(
+        start.user.shown[1],
+        u"Error : INSERT INTO COMPANY VALUES('TOOLONG', 'x') COMPANY.CO_CODE holds at most 5 characters"_s);
     QVERIFY(start.user.shown[2].startsWith("Error : INSERT INTO NOWHERE VALUE) "_L1));
     QVERIFY(start.user.shown[4].contains("FOREIGN KEY"_L1));
     QCOMPARE(value(u"SELECT group_concat(CO_CODE) FROM COMPANY"_s), u"C3"_s);
