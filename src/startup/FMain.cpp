@@ -58,17 +58,13 @@ void FMain::translateTitle()
 void FMain::createMenu()
 {
     QHash<QString, QMenu*> submenus;
-    const auto watch = [this](QMenu* menu) {
-        menu->setToolTipsVisible(true);
-        menu->installEventFilter(this);
-    };
     menuBar()->installEventFilter(this);
     for (const MenuItem& item : menuItems()) {
         const QString caption = textOr(m_main, "FMAIN_"_L1 + item.control.toUpper(), item.caption);
         QMenu* parent = submenus.value(item.parent);
         if (isSubmenu(item.control)) {
             QMenu* menu = menuBar()->addMenu(caption);
-            watch(menu);
+            menu->installEventFilter(this);
             submenus.insert(item.control, menu);
             m_items.insert(item.control, menu->menuAction());
         } else {

@@ -1,8 +1,322 @@
-#include <QTest>
+// Whole runs: from the database to the files in a folder, the lines and the messages.
+#include "files/whole_file.h"
+#include "generation/generate.h"
+#include "generation/rows.h"
+#include "support/test_database.h"
+
+#include <QDirIterator>
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
 
 class tst_generate : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void golden_data();
+    void golden();
+    void lines();
+    void goesThrough_data();
+    void goesThrough();
+    void endsEarly_data();
+    void endsEarly();
+    void folderPerPhone();
+    void cancel();
+    void largeTemplateKeepsOlderFile();
+    void fullDiskKeepsOlderFile();
+    void databaseError();
+
+private:
+    /// Runs m_request, with `onProgress` told how many phones are done. Lines are kept in m_lines.
+    bool run(const std::function<void(qsizetype)>& onProgress = [](qsizetype) {});
+    /// Runs statements that are separated by ";".
+    void execute(const QString& statements);
+    /// The sorted names of all files below the output folder.
+    QStringList files() const;
+    QByteArray content(const QString& name) const { return readWholeFile(m_out->filePath(name)); }
+
+    std::optional<TestDatabase> m_database;
+    std::optional<QTemporaryDir> m_out;
+    /// All levels and no source copy, for the phones 101 to 103 of ACME.
+    GenerationRequest m_request;
+    QStringList m_lines;
 };
 
-QTEST_MAIN(tst_generate)
+namespace {
+
+/// Statements that give the phone 102 more parameters than an image holds.
+const auto tooMuchFor102 =
+    "INSERT INTO EQUIPMENT_PARAMETERS WITH RECURSIVE N(I) AS (SELECT 1 UNION ALL SELECT I + 1 FROM N WHERE "
+    "I < 130) SELECT 'GXP2000', 'big' || I, 'd', 'P', substr(hex(zeroblob(128)), 1, 255), 'T', '' FROM N;"
+    "INSERT INTO PHONES_PARAMETERS SELECT 'ACME', EQ_CODE, '102', PA_CODE, PA_DEFAULT FROM "
+    "EQUIPMENT_PARAMETERS WHERE PA_CODE LIKE 'big%'";
+
+QByteArray goldenFile(const QString& name)
+{
+    return readWholeFile(QStringLiteral(VELMORA_SOURCE "/tests/generation/golden/") + name);
+}
+
+} // namespace
+
+void tst_generate::init()
+{
+    m_database.emplace();
+    m_out.emplace();
+    m_request = {u"ACME"_s, u"GXP2000"_s, u"101"_s, u"103"_s, {}, false, m_out->path()};
+    m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"103"_s, u"Cy"_s, u"000B82000103"_s);
+    m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"101"_s, u"Ann"_s, u"000B82000101"_s);
+    m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"102"_s, u"Bob"_s, u"000B82000102"_s);
+    m_database->addPhone(u"ACME"_s, u"PAP2"_s, u"1025"_s, u"Fax"_s, u"000E08000104"_s);
+    m_database->addPhone(u"ZETA"_s, u"GXP2000"_s, u"102"_s, u"Eve"_s, u"000B82999102"_s);
+    m_database->addParameter(u"GXP2000"_s, u"1"_s, u"E"_s, u"for $$P"_s);
+}
+
+/// However a run ends, nothing stays staged.
+void tst_generate::cleanup()
+{
+    QCOMPARE(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s);
+}
+
+bool tst_generate::run(const std::function<void(qsizetype)>& onProgress)
+{
+    m_lines.clear();
+    return Generate(m_database->main, m_request,
+                    {[this](const QString& line) { m_lines << line; },
+                     [&](qsizetype done, qsizetype) { onProgress(done); }});
+}
+
+void tst_generate::execute(const QString& statements)
+{
+    for (const QString& statement : statements.split(u';', Qt::SkipEmptyParts))
+        m_database->run(statement);
+}
+
+QStringList tst_generate::files() const
+{
+    QStringList names;
+    for (QDirIterator all(m_out->path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+         all.hasNext();)
+        names << QDir(m_out->path()).relativeFilePath(all.next());
+    names.sort();
+    return names;
+}
+
+void tst_generate::golden_data()
+{
+    columns<QString, QString>("model", "device");
+    row("GXP2000", "GXP2000", "cfg000B82A1b2C3");
+    row("PAP2", "PAP2", "000B82A1b2C3.txt");
+    row("F1000", "F1000", "ut000B82A1b2C3.ini");
+}
+
+/// Both files are, byte for byte, what golden/make_golden.py wrote. The parameters come out of order and
+/// from all levels.
+void tst_generate::golden()
+{
+    QFETCH(QString, model);
+    QFETCH(QString, device);
+    m_database->addPhone(u"GOLD"_s, model, u"7"_s, u"Zoé"_s, u"000B82A1b2C3"_s);
+    execute(u"DELETE FROM EQUIPMENT_PARAMETERS"_s);
+    QStringList rows = QString::fromUtf8(goldenFile(u"parameters.tsv"_s)).split(u'\n', Qt::SkipEmptyParts);
+    for (int level = 0; !rows.isEmpty(); level = (level + 1) % 3) {
+        const QStringList row = rows.takeLast().split(u'\t');
+        m_database->addParameter(model, row[0], QString(u"CPE"[level]), row[2], row[1]);
+    }
+    execute(u"INSERT INTO COMPANY_PARAMETERS SELECT 'GOLD', EQ_CODE, PA_CODE, PA_DEFAULT FROM "
+            "EQUIPMENT_PARAMETERS WHERE LE_CODE = 'C';"
+            "INSERT INTO PHONES_PARAMETERS SELECT 'GOLD', EQ_CODE, '7', PA_CODE, PA_DEFAULT FROM "
+            "EQUIPMENT_PARAMETERS WHERE LE_CODE = 'P'"_s);
+    m_request = {u"GOLD"_s, model, u"7"_s, u"7"_s, {}, true, m_out->path()};
+    QVERIFY(run());
+    QCOMPARE(content(device).toHex(' '), goldenFile(model.toLower() + ".device"_L1).toHex(' '));
+    QCOMPARE(content(u"7 - 000B82A1b2C3.TXT"_s), goldenFile(model.toLower() + ".source"_L1));
+    QCOMPARE(m_lines.join(u'\n'), u"M13: 7 - 000B82A1b2C3.TXT - Zoé\nM202: 3\nM15: \nM12: "_s);
+}
+
+void tst_generate::lines()
+{
+    m_database->addParameter(u"GXP2000"_s, u"2"_s, u"E"_s, u"$$N"_s);
+    execute(u"INSERT INTO COMPANY_PARAMETERS VALUES('ACME', 'GXP2000', '1', 'refused');"
+            "UPDATE PHONES SET PH_MAC = '00:1', PH_DESC = 'Βob $$P' WHERE PH_CODE = '102'"_s);
+    m_request.phoneTo = u"102"_s;
+    m_database->main.stopFlag = true; // left from a run before
+    QVERIFY(run());
+    QCOMPARE(m_lines.join(u'\n'), u"M13: 101 - 000B82000101.TXT - Ann\nM200: 1\nM15: \n"
+                                  "M13: 102 - 00:1.TXT - Βob $$P\nM200: 1\nM206: 00:1\nM11: : - 00:1\n"
+                                  "M202: 2\nM15: \nM12: "_s);
+    QCOMPARE(m_database->user.shown, QStringList());
+}
+
+void tst_generate::goesThrough_data()
+{
+    // phones: a range, or for templates "company" or "model"
+    // names: the file of the last phone comes last
+    columns<QString, QString, QString, QByteArray, QString>("phones", "statements", "names", "holds",
+                                                            "codes");
+    const auto three = "M13 M15 M13 M15 M13 M15 M12";
+    row("all", "101-103", "", "cfg000B82000101, cfg000B82000102, cfg000B82000103", "P1=for 103&"_ba, three);
+    row("range", "1011-102", "", "cfg000B82000102", "P1=for 102&"_ba, "M13 M15 M12");
+    row("same address", "101-103", "UPDATE PHONES SET PH_MAC = '000B82000103' WHERE PH_CODE > '101'",
+        "cfg000B82000101, cfg000B82000103", "P1=for 103&"_ba, three);
+    row("no module", "101-103", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", ""_ba, "M12");
+    row("no parameters", "101-103", "DELETE FROM EQUIPMENT_PARAMETERS", "", ""_ba,
+        "M13 M14 M13 M14 M13 M14 M12");
+    const auto pap2 = "UPDATE EQUIPMENT SET EQ_MODULE = 'PAP2'";
+    const auto f1000 = "UPDATE EQUIPMENT SET EQ_MODULE = 'F1000'";
+    const QByteArray image = "\x01\x03\r\n\r\nP1=for 103&";
+    const QByteArray profile = "<flat-profile>\r\n<1>for 103</1>\r\n</flat-profile>\r\n";
+    row("GXP2000, company", "company", "", "GXP2000 - ACME.txt", image, three);
+    row("GXP2000, model", "model", "", "GXP2000.txt", image, three);
+    row("PAP2, company", "company", pap2, "GXP2000 - ACME.txt", profile, three);
+    row("PAP2, model", "model", pap2, "GXP2000.txt", profile, three);
+    row("F1000, company", "company", f1000, "GXP2000 - ACME.txt, GXP2000 - ACME.ini", "1=for 103\r\n"_ba,
+        three);
+    row("F1000, model", "model", f1000, "GXP2000.txt, GXP2000.ini", "1=for 103\r\n"_ba, three);
+}
+
+/// Templates are made with source copies, but only the one of the F1000 has a name of its own.
+void tst_generate::goesThrough()
+{
+    QFETCH(QString, phones);
+    QFETCH(QString, statements);
+    QFETCH(QString, names);
+    QFETCH(QByteArray, holds);
+    execute(statements);
+    m_request.levels = {phones.contains(u'-'), phones != "model"_L1, true};
+    m_request.withSource = !m_request.levels.phone;
+    m_request.phoneFrom = phones.section(u'-', 0, 0);
+    m_request.phoneTo = phones.section(u'-', 1);
+    QVERIFY(run());
+    QStringList expected = names.split(u", "_s, Qt::SkipEmptyParts);
+    if (!expected.isEmpty())
+        QVERIFY2(content(expected.last()).contains(holds), content(expected.last()).toHex(' '));
+    expected.sort();
+    QCOMPARE(files(), expected);
+    for (QString& line : m_lines)
+        line = line.section(u':', 0, 0);
+    QTEST(m_lines.join(u' '), "codes");
+    QCOMPARE(m_database->user.shown, QStringList());
+}
+
+void tst_generate::endsEarly_data()
+{
+    // shown: what the messages begin with, "@" being the output folder
+    columns<QString, QString, QString, QString>("statements", "folder", "shown", "names");
+    row("no phone", "DELETE FROM PHONES", "@", "M8: ", "");
+    row("no folder", "", "@/none", "M7: @/none", "");
+    row("empty folder", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", "M7: ", "");
+    row("macro in folder", "", "@/$$X", "M6: $$X", "");
+    row("arguments in folder", "", "@/$$P,1", "M6: $$P,1\nM7: @/$$P,1", "");
+    row("no model", "PRAGMA foreign_keys = OFF; DELETE FROM EQUIPMENT", "@", "M9: GXP2000", "");
+    row("unknown module", "UPDATE EQUIPMENT SET EQ_MODULE = 'pap2'", "@", "M10: GXP2000 - pap2", "");
+    row("unknown macro", "UPDATE EQUIPMENT_PARAMETERS SET PA_DEFAULT = '$$X'", "@", "M6: $$X", "");
+    const auto first = "101 - 000B82000101.TXT, cfg000B82000101";
+    row("too large", tooMuchFor102, "@", "M203: 102 - Bob", first);
+    row("slash in code", "UPDATE RANGES SET PH_CODE = '101/2' WHERE PH_CODE = '102'", "@",
+        "M204: 101/2 - Bob - ", first);
+    row("slash in address", "UPDATE PHONES SET PH_MAC = '../../2' WHERE PH_CODE = '102'", "@",
+        "M204: 102 - Bob - ", first);
+}
+
+/// The run ends with a message, and without the files of the phone that it is about.
+void tst_generate::endsEarly()
+{
+    QFETCH(QString, statements);
+    QFETCH(QString, folder);
+    QFETCH(QString, shown);
+    execute(statements);
+    m_request.folder = folder.replace(u'@', m_out->path());
+    m_request.withSource = true;
+    QVERIFY(!run());
+    QCOMPARE(m_lines.filter(u"M12"_s), QStringList());
+    const QString messages = m_database->user.shown.join(u'\n');
+    QVERIFY2(messages.startsWith(shown.replace(u'@', m_out->path())), qPrintable(messages));
+    QCOMPARE(messages.count(u'\n'), shown.count(u'\n'));
+    QTEST(files().join(u", "_s), "names");
+}
+
+void tst_generate::folderPerPhone()
+{
+    QVERIFY(QDir(m_out->path()).mkdir(u"101"_s) && QDir(m_out->path()).mkdir(u"102"_s));
+    m_request.folder += u"\\$$P"_s;
+    QVERIFY(!run());
+    QCOMPARE(files().join(u", "_s), u"101/cfg000B82000101, 102/cfg000B82000102"_s);
+    const QString message = m_database->user.shown.join(u'\n');
+    QVERIFY2(message.startsWith("M7: "_L1) && message.endsWith("103"_L1), qPrintable(message));
+}
+
+void tst_generate::cancel()
+{
+    for (const int after : {0, 2, 3}) {
+        QList<qsizetype> told;
+        const auto stopAfter = [&](qsizetype done) {
+            told << done;
+            m_database->main.stopFlag = done == after;
+        };
+        QCOMPARE(run(stopAfter), after == 3);
+        QCOMPARE(m_lines.last(), after == 3 ? u"M12: "_s : u"M205: %1 / 3"_s.arg(after));
+        QCOMPARE(told, (QList<qsizetype>{0, 1, 2, 3}.first(after + 1)));
+        QCOMPARE(files().size(), after);
+    }
+    QCOMPARE(m_database->user.shown, QStringList());
+}
+
+/// Not even the source copy, which has the same name, replaces it.
+void tst_generate::largeTemplateKeepsOlderFile()
+{
+    execute(QString::fromUtf8(tooMuchFor102));
+    execute(u"UPDATE EQUIPMENT_PARAMETERS SET LE_CODE = 'E'"_s);
+    m_request.levels = {false, true, true};
+    m_request.withSource = true;
+    writeWholeFile(m_out->filePath(u"GXP2000 - ACME.txt"_s), "older");
+    QVERIFY(!run());
+    QCOMPARE(m_database->user.shown, QStringList{u"M203: 101 - Ann"_s});
+    QCOMPARE(content(u"GXP2000 - ACME.txt"_s), "older");
+}
+
+/// A limit for the size of files stands in for the full disk.
+void tst_generate::fullDiskKeepsOlderFile()
+{
+#ifdef Q_OS_UNIX
+    writeWholeFile(m_out->filePath(u"cfg000B82000101"_s), "older");
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before = {};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit tight = {16, before.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &tight), 0);
+    const bool through = run();
+    setrlimit(RLIMIT_FSIZE, &before);
+    QCOMPARE(content(u"cfg000B82000101"_s), "older");
+    QCOMPARE(files().size(), 1);
+    QVERIFY(!through);
+    QVERIFY(m_database->user.shown.constFirst().startsWith("M204: 101 - Ann - "_L1));
+#else
+    QSKIP("Needs a limit for the size of files");
+#endif
+}
+
+void tst_generate::databaseError()
+{
+    const auto dropTable = [this](qsizetype done) {
+        if (done == 1)
+            execute(u"DROP TABLE PHONES_PARAMETERS"_s);
+    };
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, run(dropTable));
+    QCOMPARE(files(), QStringList{u"cfg000B82000101"_s});
+    QCOMPARE(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s);
+    m_request.levels.phone = false;
+    QVERIFY(run());
+}
+
+} // namespace velmora
+
+QTEST_GUILESS_MAIN(velmora::tst_generate)
 #include "tst_generate.moc"
