@@ -61,6 +61,11 @@ void Connection::execute(const QString& statement, const QVariantList& values)
     run(statement, values);
 }
 
+void Connection::executePortable(const QString& statement)
+{
+    m_engine->executePortable(*this, statement);
+}
+
 Recordset Connection::select(const QString& statement, const QVariantList& values)
 {
     return Recordset(cursor(statement, values));
@@ -79,6 +84,11 @@ QStringList Connection::tables()
 QList<Column> Connection::columns(const QString& table)
 {
     return m_engine->columns(*this, table);
+}
+
+QString Connection::keepCopy(const QString& name)
+{
+    return m_engine->keepCopy(*this, name);
 }
 
 void Connection::holdDeclaredTypes()

@@ -27,6 +27,8 @@ public:
 
     /// Runs a statement, the values bound to its "?" in order.
     void execute(const QString& statement, const QVariantList& values = {});
+    /// Runs a statement whose text is the same for all engines, in the words of this one.
+    void executePortable(const QString& statement);
     /// Runs a query and holds its whole result.
     Recordset select(const QString& statement, const QVariantList& values = {});
     /// Runs a query whose rows are read one by one.
@@ -36,6 +38,9 @@ public:
     QStringList tables();
     /// The columns of `table` in table order; none when there is no such table.
     QList<Column> columns(const QString& table);
+    /// Keeps a copy of the whole database beside it, `name` added to its file name, and returns where; an
+    /// empty text for an engine whose databases are no files. REQUIRES: no transaction.
+    QString keepCopy(const QString& name);
     /// Makes the session refuse too long texts and missing keys in the tables that exist now.
     void holdDeclaredTypes();
 

@@ -41,6 +41,11 @@ public:
     virtual void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const = 0;
     /// Prepares an opened session; a statement that fails here counts as a failed open.
     virtual void prepareSession(Connection& connection, OpenMode mode) const = 0;
+    /// Runs a statement whose text is the same for all engines, in the words of this one.
+    virtual void executePortable(Connection& connection, const QString& statement) const = 0;
+    /// Keeps a copy of the whole database beside it, `name` added to its file name, and returns where; an
+    /// empty text for an engine whose databases are no files. REQUIRES: no transaction.
+    virtual QString keepCopy(Connection& connection, const QString& name) const = 0;
     /// The statement that begins a transaction which is going to write.
     virtual QString beginTransaction() const = 0;
     /// Why the engine refused a statement.

@@ -1,8 +1,13 @@
 #include "database/sqlite_engine.h"
 
 #include "database/connection.h"
+#include "database/sqlite_schema_change.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
+
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -93,6 +98,35 @@ void SqliteEngine::prepareSession(Connection& connection, OpenMode mode) const
     connection.execute(u"PRAGMA journal_mode = WAL"_s);
     connection.execute(u"PRAGMA synchronous = FULL"_s);
     connection.execute(u"PRAGMA foreign_keys = ON"_s);
+}
+
+void SqliteEngine::executePortable(Connection& connection, const QString& statement) const
+{
+    try {
+        if (changeSqliteSchema(connection, statement))
+            holdDeclaredTypes(connection);
+        else
+            connection.execute(QString(statement).replace("'$$' + "_L1, "'$$' || "_L1));
+    } catch (const DatabaseError& error) {
+        throw DatabaseError(statement, error.description(), error.reason());
+    }
+}
+
+QString SqliteEngine::keepCopy(Connection& connection, const QString& name) const
+{
+    const QFileInfo database(
+        connection.select(u"SELECT file FROM pragma_database_list WHERE name = 'main'"_s).text(0));
+    const QString path =
+        database.path() + u'/' + database.completeBaseName() + u'-' + name + u'.' + database.suffix();
+    // Under another name until it is whole: a copy that an earlier start has kept is not lost to a full disk.
+    const QString unfinished = path + ".part"_L1;
+    QFile::remove(unfinished);
+    connection.execute(u"VACUUM INTO ?"_s, {unfinished});
+    std::error_code failure;
+    std::filesystem::rename(unfinished.toStdU16String(), path.toStdU16String(), failure);
+    if (failure)
+        throw DatabaseError(path, QString::fromStdString(failure.message()));
+    return QDir::toNativeSeparators(path);
 }
 
 QString SqliteEngine::beginTransaction() const

@@ -13,6 +13,8 @@ public:
     QString driver() const override;
     void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const override;
     void prepareSession(Connection& connection, OpenMode mode) const override;
+    void executePortable(Connection& connection, const QString& statement) const override;
+    QString keepCopy(Connection& connection, const QString& name) const override;
     QString beginTransaction() const override;
     DatabaseError::Reason reason(const QSqlError& error) const override;
     QStringList tables(Connection& connection) const override;

@@ -6,7 +6,7 @@
 #include "startup/database_creation.h"
 #include "startup/param_db.h"
 #include "startup/seed_file.h"
-#include "startup/version_check.h"
+#include "startup/upgrade.h"
 
 using namespace Qt::StringLiterals;
 
@@ -75,7 +75,7 @@ bool startUp(MMain& main, const QString& systemUserName)
     }
     makeStagingPrivate(main);
     chooseUser(main);
-    checkVersion(main);
+    upgrade(main);
     loadSeedFile(main);
     return true;
 }

@@ -54,8 +54,6 @@ private Q_SLOTS:
     void readsTheLanguage();
     void asksSuperusers_data();
     void asksSuperusers();
-    void stampsTheVersion_data();
-    void stampsTheVersion();
     void loadsTheSeedFileOnce();
     void reportsBrokenSeedLines();
     void keepsNothingOfASeedLoadThatIsKilled();
@@ -266,28 +264,6 @@ void tst_start_up::asksSuperusers()
     QTEST(static_cast<int>(start.user.questions.size()), "questions");
     QVERIFY(start.user.proposals.isEmpty() || start.user.proposals == QStringList(u"JDOE"_s));
     QVERIFY(start.user.shown.isEmpty());
-}
-
-void tst_start_up::stampsTheVersion_data()
-{
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("same") << u"010142"_s << QStringList();
-    QTest::newRow("last change of the schema")
-        << u"010140"_s << QStringList(u"Update From 010140 To 010142"_s);
-    QTest::newRow("later") << u"010200"_s << QStringList(u"Update From 010200 To 010142"_s);
-}
-
-void tst_start_up::stampsTheVersion()
-{
-    create();
-    QFETCH(QString, stored);
-    execute(u"velmora.db"_s,
-            u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '%1' WHERE SY_CODE = '$$BASEVER'"_s.arg(stored));
-    const Start start(*m_folder);
-    QVERIFY(start.ready);
-    QTEST(start.user.shown, "shown");
-    QCOMPARE(value(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$BASEVER'"_s), u"010142"_s);
 }
 
 void tst_start_up::loadsTheSeedFileOnce()
