@@ -51,6 +51,7 @@ void Connection::open(const QString& connectionString, OpenMode mode)
 
 void Connection::close()
 {
+    m_prepared.clear();
     if (QSqlDatabase::contains(m_name))
         QSqlDatabase::removeDatabase(m_name);
     m_engine.reset();
@@ -58,7 +59,9 @@ void Connection::close()
 
 void Connection::execute(const QString& statement, const QVariantList& values)
 {
-    run(statement, values);
+    QSqlQuery query = run(statement, values);
+    if (!values.isEmpty())
+        keep(statement, std::move(query));
 }
 
 void Connection::executePortable(const QString& statement)
@@ -68,7 +71,11 @@ void Connection::executePortable(const QString& statement)
 
 Recordset Connection::select(const QString& statement, const QVariantList& values)
 {
-    return Recordset(cursor(statement, values));
+    Cursor rows = cursor(statement, values);
+    Recordset held(rows);
+    if (!values.isEmpty())
+        keep(statement, rows.takeQuery());
+    return held;
 }
 
 Cursor Connection::cursor(const QString& statement, const QVariantList& values)
@@ -100,19 +107,29 @@ QSqlQuery Connection::run(const QString& statement, const QVariantList& values)
 {
     if (!m_engine)
         throw DatabaseError(statement, u"No database is open."_s);
-    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    QSqlQuery query = values.isEmpty() ? QSqlQuery(QSqlDatabase::database(m_name, false)) : prepared(statement);
     query.setForwardOnly(true);
-    bool done = false;
-    if (values.isEmpty()) {
-        done = query.exec(statement);
-    } else if (query.prepare(statement)) {
-        for (const QVariant& value : values)
-            query.addBindValue(value);
-        done = query.exec();
-    }
-    if (!done)
+    for (int place = 0; place < values.size(); ++place)
+        query.bindValue(place, values[place]);
+    if (!(values.isEmpty() ? query.exec(statement) : query.exec()))
         throw DatabaseError(statement, wordsOf(query.lastError()), m_engine->reason(query.lastError()));
     return query;
+}
+
+QSqlQuery Connection::prepared(const QString& statement)
+{
+    if (auto kept = m_prepared.extract(statement))
+        return std::move(kept.mapped());
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    if (!query.prepare(statement))
+        throw DatabaseError(statement, wordsOf(query.lastError()), m_engine->reason(query.lastError()));
+    return query;
+}
+
+void Connection::keep(const QString& statement, QSqlQuery query)
+{
+    query.finish();
+    m_prepared.insert_or_assign(statement, std::move(query));
 }
 
 } // namespace velmora

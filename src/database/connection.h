@@ -7,6 +7,7 @@
 #include <QVariant>
 
 #include <memory>
+#include <unordered_map>
 
 namespace velmora {
 
@@ -48,9 +49,13 @@ private:
     friend class Transaction;
 
     QSqlQuery run(const QString& statement, const QVariantList& values);
+    QSqlQuery prepared(const QString& statement);
+    void keep(const QString& statement, QSqlQuery query);
 
     QString m_name;
     std::unique_ptr<Engine> m_engine;
+    /// Statements with values that are not running, by their text: they come again, and need no second preparing.
+    std::unordered_map<QString, QSqlQuery> m_prepared;
 };
 
 } // namespace velmora

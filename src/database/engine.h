@@ -54,8 +54,8 @@ public:
     virtual QStringList tables(Connection& connection) const = 0;
     /// The columns of `table` in table order; none when there is no such table.
     virtual QList<Column> columns(Connection& connection, const QString& table) const = 0;
-    /// Makes the session refuse texts longer than declared and missing key values in the permanent tables
-    /// and in the session's own, where the engine does not do so by itself.
+    /// Makes the session refuse texts longer than declared and missing key values in the permanent tables,
+    /// where the engine does not do so by itself.
     virtual void holdDeclaredTypes(Connection& connection) const = 0;
 };
 

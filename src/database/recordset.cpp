@@ -25,7 +25,7 @@ bool Cursor::next()
     return false;
 }
 
-Recordset::Recordset(Cursor cursor) : m_fieldCount(cursor.fieldCount()), m_names(cursor.fieldNames())
+Recordset::Recordset(Cursor& cursor) : m_fieldCount(cursor.fieldCount()), m_names(cursor.fieldNames())
 {
     const auto heldText = [&cursor](int field) {
         if (cursor.isNull(field))

@@ -24,6 +24,9 @@ public:
     QString text(int field) const { return m_query.value(field).toString(); }
     bool isNull(int field) const { return m_query.isNull(field); }
 
+    /// Gives the query away; the cursor can't be used any more.
+    QSqlQuery takeQuery() { return std::move(m_query); }
+
 private:
     QSqlQuery m_query;
     QStringList m_names;
@@ -33,8 +36,8 @@ private:
 class Recordset {
 public:
     Recordset() = default;
-    /// Reads every row of `cursor`. The current row is the first one.
-    explicit Recordset(Cursor cursor);
+    /// Reads every row that `cursor` has left. The current row is the first one.
+    explicit Recordset(Cursor& cursor);
 
     bool eof() const { return m_row >= recordCount(); }
     void moveNext() { ++m_row; }

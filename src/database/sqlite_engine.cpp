@@ -44,28 +44,27 @@ QString guardBranches(const QString& table, const QList<Column>& columns)
     return branches;
 }
 
-void guardTable(Connection& connection, const QString& schema, const QString& table,
-                const QList<Column>& columns)
+void guardTable(Connection& connection, const QString& table, const QList<Column>& columns)
 {
     const QString branches = guardBranches(table, columns);
     if (branches.isEmpty())
         return;
     for (const QString& event : {u"INSERT"_s, u"UPDATE"_s}) {
-        const QString trigger = identifier(u"temp"_s, u"guard_%1_%2_%3"_s.arg(schema, event, table));
+        const QString trigger = identifier(u"temp"_s, u"guard_%1_%2"_s.arg(event, table));
         connection.execute(u"DROP TRIGGER IF EXISTS "_s + trigger);
         connection.execute(u"CREATE TRIGGER %1 BEFORE %2 ON %3 BEGIN SELECT CASE%4 END; END"_s.arg(
-            trigger, event, identifier(schema, table), branches));
+            trigger, event, identifier(u"main"_s, table), branches));
     }
 }
 
-QStringList tablesOf(Connection& connection, const QString& schema)
+/// The creation of a table of the session alone: its shape is nobody else's, so that it can hold the declared widths
+/// and required keys itself, at a lower cost than triggers.
+QString withOwnGuards(QString creation)
 {
-    Cursor cursor = connection.cursor(u"SELECT name FROM %1 WHERE type = 'table' AND substr(name, 1, 7) <> "
-                                      "'sqlite_' ORDER BY name"_s.arg(schema));
-    QStringList names;
-    while (cursor.next())
-        names << cursor.text(0);
-    return names;
+    static const QRegularExpression sizedColumn(u"(\\w+) (nvarchar\\((\\d+)\\))"_s);
+    creation.replace(sizedColumn,
+                     u"\\1 \\2 CONSTRAINT \"\\1 holds at most \\3 characters\" CHECK (length(\\1) <= \\3)"_s);
+    return creation + " WITHOUT ROWID"_L1;
 }
 
 /// The result codes of a refused PRIMARY KEY or UNIQUE (https://www.sqlite.org/rescode.html).
@@ -105,6 +104,8 @@ void SqliteEngine::executePortable(Connection& connection, const QString& statem
     try {
         if (changeSqliteSchema(connection, statement))
             holdDeclaredTypes(connection);
+        else if (statement.startsWith("CREATE TEMPORARY TABLE "_L1))
+            connection.execute(withOwnGuards(statement));
         else
             connection.execute(QString(statement).replace("'$$' + "_L1, "'$$' || "_L1));
     } catch (const DatabaseError& error) {
@@ -145,7 +146,12 @@ DatabaseError::Reason SqliteEngine::reason(const QSqlError& error) const
 
 QStringList SqliteEngine::tables(Connection& connection) const
 {
-    return tablesOf(connection, u"sqlite_master"_s);
+    Cursor cursor = connection.cursor(u"SELECT name FROM sqlite_master WHERE type = 'table' AND "
+                                      "substr(name, 1, 7) <> 'sqlite_' ORDER BY name"_s);
+    QStringList names;
+    while (cursor.next())
+        names << cursor.text(0);
+    return names;
 }
 
 QList<Column> SqliteEngine::columns(Connection& connection, const QString& table) const
@@ -164,10 +170,8 @@ QList<Column> SqliteEngine::columns(Connection& connection, const QString& table
 
 void SqliteEngine::holdDeclaredTypes(Connection& connection) const
 {
-    for (const QString& table : tablesOf(connection, u"sqlite_master"_s))
-        guardTable(connection, u"main"_s, table, columns(connection, table));
-    for (const QString& table : tablesOf(connection, u"sqlite_temp_master"_s))
-        guardTable(connection, u"temp"_s, table, columns(connection, table));
+    for (const QString& table : tables(connection))
+        guardTable(connection, table, columns(connection, table));
 }
 
 } // namespace velmora

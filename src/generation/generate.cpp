@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QRegularExpression>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -84,26 +86,25 @@ private:
         const QString folder = localFolder(m_main.ExpandMacros(m_request.folder));
         if (m_main.stopFlag)
             return false;
-        if (!QDir(folder).exists()) {
+        if (folder.isEmpty() || !QDir(folder).exists()) {
             m_main.showMessage(u"M7"_s, folder);
             return false;
         }
-        return stageAllLevels() && dispatch(folder);
+        const auto parameters =
+            mergeParameters(m_main, m_request.levels, [this](const QString& line) { m_remarks << line; });
+        const bool goOn = parameters && dispatch(*parameters, folder);
+        listRemarks();
+        return goOn;
     }
 
-    bool stageAllLevels()
+    /// Lists what staging had to say, once it is clear about which phone.
+    void listRemarks()
     {
-        const auto stage = [this](bool wanted, auto level) {
-            if (wanted)
-                level(m_main, m_report.line);
-            return !m_main.stopFlag;
-        };
-        return stage(m_request.levels.equipment, stageEquipmentLevel) &&
-               stage(m_request.levels.company, stageCompanyLevel) &&
-               stage(m_request.levels.phone, stagePhoneLevel);
+        for (const QString& remark : std::exchange(m_remarks, {}))
+            m_report.line(remark);
     }
 
-    bool dispatch(const QString& folder)
+    bool dispatch(const QList<Parameter>& parameters, const QString& folder)
     {
         const Phone phone = m_main.currentPhone();
         const Recordset modules =
@@ -114,7 +115,7 @@ private:
         if (module == "NONE"_L1)
             return true;
         const Writer* writer = writerOf(module);
-        return writer ? writeFiles(*writer, phone, folder)
+        return writer ? writeFiles(*writer, phone, parameters, folder)
                       : refuse(u"M10"_s, phone.equipment + " - "_L1 + module);
     }
 
@@ -125,20 +126,23 @@ private:
         return false;
     }
 
-    bool writeFiles(const Writer& writer, const Phone& phone, const QString& folder)
+    bool writeFiles(const Writer& writer, const Phone& phone, const QList<Parameter>& parameters,
+                    const QString& folder)
     {
         const DeviceFileNames names = writer.names(phone, m_request.levels);
         m_report.line(m_main.messageLine(u"M13"_s, names.source + " - "_L1 + phone.description));
+        listRemarks();
         checkAddress(phone);
-        const QList<Parameter> parameters = stagedParameters(m_main);
         if (parameters.isEmpty()) {
             m_report.line(m_main.messageLine(u"M14"_s));
             return true;
         }
         try {
-            if (m_request.withSource)
-                writeNamedFile(folder, names.source, writer.source(parameters).bytes);
             const DeviceFile file = writer.device(phone, parameters);
+            // The device file of a template replaces a source copy of the same name, which needs no writing
+            // then.
+            if (m_request.withSource && names.source != names.device)
+                writeNamedFile(folder, names.source, writer.source(parameters).bytes);
             writeNamedFile(folder, names.device, file.bytes);
             reportLosses(file, phone);
         } catch (const FileError& error) {
@@ -171,6 +175,8 @@ private:
     MMain& m_main;
     const GenerationRequest& m_request;
     const RunReport& m_report;
+    /// Lines about the parameters of the current phone that are not in the list yet.
+    QStringList m_remarks;
 };
 
 QString selectionStatement(const GenerationRequest& request)

@@ -2,6 +2,8 @@
 
 #include "startup/MMain.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -73,40 +75,37 @@ void stageLevel(MMain& main, const LevelRows& level, const LineSink& line)
     stageRowByRow(main, level, holdsMacro, line);
 }
 
-} // namespace
-
-void clearStaging(MMain& main)
+LevelRows equipmentLevel(const Phone& phone)
 {
-    main.connection.execute(u"DELETE FROM EQ_TEMP"_s);
+    return {u"SELECT PA_CODE, PA_DESC, PA_DEFAULT AS PA_VALUE, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE "
+            "EQ_CODE = ? AND LE_CODE = 'E'"_s,
+            {phone.equipment}};
 }
 
-void stageEquipmentLevel(MMain& main, const LineSink& line)
+LevelRows companyLevel(const Phone& phone)
 {
-    stageLevel(main,
-               {u"SELECT PA_CODE, PA_DESC, PA_DEFAULT AS PA_VALUE, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE "
-                "EQ_CODE = ? AND LE_CODE = 'E'"_s,
-                {main.currentPhone().equipment}},
-               line);
+    return {valuesOf("COMPANY_PARAMETERS"_L1, "C"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
+            {phone.equipment, phone.company, phone.equipment}};
 }
 
-void stageCompanyLevel(MMain& main, const LineSink& line)
+/// All models count, not only the phone's. Naming them lets the primary key find the rows.
+LevelRows phoneLevel(const Phone& phone)
 {
-    const Phone phone = main.currentPhone();
-    stageLevel(main,
-               {valuesOf("COMPANY_PARAMETERS"_L1, "C"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
-                {phone.equipment, phone.company, phone.equipment}},
-               line);
+    return {valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) +
+                "V.CO_CODE = ? AND V.EQ_CODE IN (SELECT EQ_CODE FROM EQUIPMENT) AND V.PH_CODE = ?"_L1,
+            {phone.equipment, phone.company, phone.code}};
 }
 
-void stagePhoneLevel(MMain& main, const LineSink& line)
+QList<LevelRows> wantedLevels(const Phone& phone, const Levels& levels)
 {
-    // All models count, not only the phone's. Naming them lets the primary key find the rows.
-    const Phone phone = main.currentPhone();
-    stageLevel(main,
-               {valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) +
-                    "V.CO_CODE = ? AND V.EQ_CODE IN (SELECT EQ_CODE FROM EQUIPMENT) AND V.PH_CODE = ?"_L1,
-                {phone.equipment, phone.company, phone.code}},
-               line);
+    QList<LevelRows> wanted;
+    if (levels.equipment)
+        wanted << equipmentLevel(phone);
+    if (levels.company)
+        wanted << companyLevel(phone);
+    if (levels.phone)
+        wanted << phoneLevel(phone);
+    return wanted;
 }
 
 QList<Parameter> stagedParameters(MMain& main)
@@ -116,6 +115,52 @@ QList<Parameter> stagedParameters(MMain& main)
     while (rows.next())
         parameters << Parameter{rows.text(0), rows.text(1), rows.text(2)};
     return parameters;
+}
+
+bool needsExpansion(const QList<Parameter>& parameters)
+{
+    return std::any_of(parameters.begin(), parameters.end(), [](const Parameter& parameter) {
+        return parameter.code.contains("$$"_L1) || parameter.description.contains("$$"_L1) ||
+               parameter.value.contains("$$"_L1);
+    });
+}
+
+/// Stages every level by one statement. Nothing, and an empty staging table, where that is not enough: where
+/// a row is refused or holds a macro.
+std::optional<QList<Parameter>> mergeWhole(MMain& main, const QList<LevelRows>& levels)
+{
+    try {
+        for (const LevelRows& level : levels)
+            main.connection.execute("INSERT INTO EQ_TEMP "_L1 + level.query, level.values);
+        const QList<Parameter> parameters = stagedParameters(main);
+        if (!needsExpansion(parameters))
+            return parameters;
+    } catch (const DatabaseError&) {
+        // Which row was refused, and whether the database is still there, shows when the rows are taken
+        // singly.
+    }
+    clearStaging(main);
+    return std::nullopt;
+}
+
+} // namespace
+
+void clearStaging(MMain& main)
+{
+    main.connection.execute(u"DELETE FROM EQ_TEMP"_s);
+}
+
+std::optional<QList<Parameter>> mergeParameters(MMain& main, const Levels& levels, const LineSink& line)
+{
+    const QList<LevelRows> wanted = wantedLevels(main.currentPhone(), levels);
+    if (const std::optional<QList<Parameter>> whole = mergeWhole(main, wanted))
+        return whole;
+    for (const LevelRows& level : wanted) {
+        stageLevel(main, level, line);
+        if (main.stopFlag)
+            return std::nullopt;
+    }
+    return stagedParameters(main);
 }
 
 } // namespace velmora

@@ -45,8 +45,7 @@ bool readLanguage(MMain& main)
 /// Staging takes place in a table of this session's own: no lock, and nothing that a crash leaves behind.
 void makeStagingPrivate(MMain& main)
 {
-    main.connection.execute(privateStagingStatement());
-    main.connection.holdDeclaredTypes();
+    main.connection.executePortable(privateStagingStatement());
 }
 
 /// Lets a superuser act as another user.

@@ -52,6 +52,8 @@ private:
 
 namespace {
 
+const auto noParameters =
+    "DELETE FROM PHONES_PARAMETERS; DELETE FROM COMPANY_PARAMETERS; DELETE FROM EQUIPMENT_PARAMETERS";
 /// Statements that give the phone 102 more parameters than an image holds.
 const auto tooMuchFor102 =
     "INSERT INTO EQUIPMENT_PARAMETERS WITH RECURSIVE N(I) AS (SELECT 1 UNION ALL SELECT I + 1 FROM N WHERE "
@@ -77,6 +79,10 @@ void tst_generate::init()
     m_database->addPhone(u"ACME"_s, u"PAP2"_s, u"1025"_s, u"Fax"_s, u"000E08000104"_s);
     m_database->addPhone(u"ZETA"_s, u"GXP2000"_s, u"102"_s, u"Eve"_s, u"000B82999102"_s);
     m_database->addParameter(u"GXP2000"_s, u"1"_s, u"E"_s, u"for $$P"_s);
+    m_database->addParameter(u"GXP2000"_s, u"2"_s, u"C"_s, u"default"_s);
+    m_database->addParameter(u"GXP2000"_s, u"3"_s, u"P"_s, u"default"_s);
+    execute(u"INSERT INTO COMPANY_PARAMETERS VALUES('ACME', 'GXP2000', '2', 'c');"
+            "INSERT INTO PHONES_PARAMETERS VALUES('ACME', 'GXP2000', '103', '3', 'p')"_s);
 }
 
 /// However a run ends, nothing stays staged.
@@ -124,7 +130,7 @@ void tst_generate::golden()
     QFETCH(QString, model);
     QFETCH(QString, device);
     m_database->addPhone(u"GOLD"_s, model, u"7"_s, u"Zoé"_s, u"000B82A1b2C3"_s);
-    execute(u"DELETE FROM EQUIPMENT_PARAMETERS"_s);
+    execute(QString::fromUtf8(noParameters));
     QStringList rows = QString::fromUtf8(goldenFile(u"parameters.tsv"_s)).split(u'\n', Qt::SkipEmptyParts);
     for (int level = 0; !rows.isEmpty(); level = (level + 1) % 3) {
         const QStringList row = rows.takeLast().split(u'\t');
@@ -143,14 +149,14 @@ void tst_generate::golden()
 
 void tst_generate::lines()
 {
-    m_database->addParameter(u"GXP2000"_s, u"2"_s, u"E"_s, u"$$N"_s);
-    execute(u"INSERT INTO COMPANY_PARAMETERS VALUES('ACME', 'GXP2000', '1', 'refused');"
-            "UPDATE PHONES SET PH_MAC = '00:1', PH_DESC = 'Βob $$P' WHERE PH_CODE = '102'"_s);
+    execute(u"UPDATE COMPANY_PARAMETERS SET PA_VALUE = '$$N';"
+            "INSERT INTO COMPANY_PARAMETERS VALUES('ACME', 'GXP2000', '1', 'refused');"
+            "UPDATE PHONES SET PH_MAC = '00:1', PH_DESC = 'Ωtto $$P' WHERE PH_CODE = '102'"_s);
     m_request.phoneTo = u"102"_s;
     m_database->main.stopFlag = true; // left from a run before
     QVERIFY(run());
     QCOMPARE(m_lines.join(u'\n'), u"M13: 101 - 000B82000101.TXT - Ann\nM200: 1\nM15: \n"
-                                  "M13: 102 - 00:1.TXT - Βob $$P\nM200: 1\nM206: 00:1\nM11: : - 00:1\n"
+                                  "M13: 102 - 00:1.TXT - Ωtto $$P\nM200: 1\nM206: 00:1\nM11: : - 00:1\n"
                                   "M202: 2\nM15: \nM12: "_s);
     QCOMPARE(m_database->user.shown, QStringList());
 }
@@ -162,23 +168,23 @@ void tst_generate::goesThrough_data()
     columns<QString, QString, QString, QByteArray, QString>("phones", "statements", "names", "holds",
                                                             "codes");
     const auto three = "M13 M15 M13 M15 M13 M15 M12";
-    row("all", "101-103", "", "cfg000B82000101, cfg000B82000102, cfg000B82000103", "P1=for 103&"_ba, three);
-    row("range", "1011-102", "", "cfg000B82000102", "P1=for 102&"_ba, "M13 M15 M12");
+    row("all", "101-103", "", "cfg000B82000101, cfg000B82000102, cfg000B82000103",
+        "\r\n\r\nP3=p&P2=c&P1=for 103&"_ba, three);
+    row("range", "1011-102", "", "cfg000B82000102", "\r\n\r\nP2=c&P1=for 102&"_ba, "M13 M15 M12");
     row("same address", "101-103", "UPDATE PHONES SET PH_MAC = '000B82000103' WHERE PH_CODE > '101'",
         "cfg000B82000101, cfg000B82000103", "P1=for 103&"_ba, three);
     row("no module", "101-103", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", ""_ba, "M12");
-    row("no parameters", "101-103", "DELETE FROM EQUIPMENT_PARAMETERS", "", ""_ba,
-        "M13 M14 M13 M14 M13 M14 M12");
+    row("no parameters", "101-103", noParameters, "", ""_ba, "M13 M14 M13 M14 M13 M14 M12");
     const auto pap2 = "UPDATE EQUIPMENT SET EQ_MODULE = 'PAP2'";
     const auto f1000 = "UPDATE EQUIPMENT SET EQ_MODULE = 'F1000'";
-    const QByteArray image = "\x01\x03\r\n\r\nP1=for 103&";
-    const QByteArray profile = "<flat-profile>\r\n<1>for 103</1>\r\n</flat-profile>\r\n";
-    row("GXP2000, company", "company", "", "GXP2000 - ACME.txt", image, three);
-    row("GXP2000, model", "model", "", "GXP2000.txt", image, three);
-    row("PAP2, company", "company", pap2, "GXP2000 - ACME.txt", profile, three);
-    row("PAP2, model", "model", pap2, "GXP2000.txt", profile, three);
-    row("F1000, company", "company", f1000, "GXP2000 - ACME.txt, GXP2000 - ACME.ini", "1=for 103\r\n"_ba,
+    row("GXP2000, company", "company", "", "GXP2000 - ACME.txt", "\x01\x03\r\n\r\nP2=c&P1=for 103&"_ba,
         three);
+    row("GXP2000, model", "model", "", "GXP2000.txt", "\x01\x03\r\n\r\nP1=for 103&"_ba, three);
+    row("PAP2, company", "company", pap2, "GXP2000 - ACME.txt", "\n<1>for 103</1>\r\n<2>c</2>\r\n</f"_ba,
+        three);
+    row("PAP2, model", "model", pap2, "GXP2000.txt", "\n<1>for 103</1>\r\n</f"_ba, three);
+    row("F1000, company", "company", f1000, "GXP2000 - ACME.txt, GXP2000 - ACME.ini",
+        "1=for 103\r\n2=c\r\n"_ba, three);
     row("F1000, model", "model", f1000, "GXP2000.txt, GXP2000.ini", "1=for 103\r\n"_ba, three);
 }
 
@@ -210,7 +216,7 @@ void tst_generate::endsEarly_data()
 {
     // shown: what the messages begin with, "@" being the output folder
     columns<QString, QString, QString, QString>("statements", "folder", "shown", "names");
-    row("no phone", "DELETE FROM PHONES", "@", "M8: ", "");
+    row("no phone", "UPDATE PHONES SET EQ_CODE = 'PAP2'", "@", "M8: ", "");
     row("no folder", "", "@/none", "M7: @/none", "");
     row("empty folder", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", "M7: ", "");
     row("macro in folder", "", "@/$$X", "M6: $$X", "");
@@ -233,6 +239,7 @@ void tst_generate::endsEarly()
     QFETCH(QString, folder);
     QFETCH(QString, shown);
     execute(statements);
+    QVERIFY(QDir(m_out->path()).mkdir(u"101"_s)); // into which no name may lead
     m_request.folder = folder.replace(u'@', m_out->path());
     m_request.withSource = true;
     QVERIFY(!run());
@@ -273,7 +280,7 @@ void tst_generate::cancel()
 void tst_generate::largeTemplateKeepsOlderFile()
 {
     execute(QString::fromUtf8(tooMuchFor102));
-    execute(u"UPDATE EQUIPMENT_PARAMETERS SET LE_CODE = 'E'"_s);
+    execute(u"UPDATE EQUIPMENT_PARAMETERS SET LE_CODE = 'E' WHERE LE_CODE = 'P'"_s);
     m_request.levels = {false, true, true};
     m_request.withSource = true;
     writeWholeFile(m_out->filePath(u"GXP2000 - ACME.txt"_s), "older");
@@ -282,19 +289,21 @@ void tst_generate::largeTemplateKeepsOlderFile()
     QCOMPARE(content(u"GXP2000 - ACME.txt"_s), "older");
 }
 
-/// A limit for the size of files stands in for the full disk.
+/// A limit for the size of files stands in for the full disk. The source copy would still fit.
 void tst_generate::fullDiskKeepsOlderFile()
 {
 #ifdef Q_OS_UNIX
-    writeWholeFile(m_out->filePath(u"cfg000B82000101"_s), "older");
+    m_request.levels = {false, false, true};
+    m_request.withSource = true;
+    writeWholeFile(m_out->filePath(u"GXP2000.txt"_s), "older");
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit before = {};
     QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const rlimit tight = {16, before.rlim_max};
+    const rlimit tight = {30, before.rlim_max};
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &tight), 0);
     const bool through = run();
     setrlimit(RLIMIT_FSIZE, &before);
-    QCOMPARE(content(u"cfg000B82000101"_s), "older");
+    QCOMPARE(content(u"GXP2000.txt"_s), "older");
     QCOMPARE(files().size(), 1);
     QVERIFY(!through);
     QVERIFY(m_database->user.shown.constFirst().startsWith("M204: 101 - Ann - "_L1));

@@ -12,12 +12,10 @@ class tst_merge : public QObject {
 
 private Q_SLOTS:
     void init();
-    void partition_data();
     void partition();
     void valuesOfOtherModels();
     void macros_data();
     void macros();
-    void refusedMacros_data();
     void refusedMacros();
     void collisions();
     void grownTooLong();
@@ -66,15 +64,10 @@ void tst_merge::addRow(const char* table, const char* values)
 QString tst_merge::stage(const QString& levels)
 {
     QStringList lines;
-    const LineSink line = [&lines](const QString& text) { lines << text; };
     m_database->selectPhones(u"ACME"_s);
     clearStaging(m_database->main);
-    if (levels.contains(u'E'))
-        stageEquipmentLevel(m_database->main, line);
-    if (levels.contains(u'C'))
-        stageCompanyLevel(m_database->main, line);
-    if (levels.contains(u'P'))
-        stagePhoneLevel(m_database->main, line);
+    mergeParameters(m_database->main, {levels.contains(u'P'), levels.contains(u'C'), levels.contains(u'E')},
+                    [&lines](const QString& text) { lines << text; });
     return lines.join(u'\n');
 }
 
@@ -88,33 +81,22 @@ QString tst_merge::staged()
     return rows.join(u'\n');
 }
 
-void tst_merge::partition_data()
-{
-    columns<QString, QString>("levels", "rows");
-    row("equipment", "E", "1|one|e|E\n10|ten|e|E");
-    row("company", "C", "2|two|c|C");
-    row("phone", "P", "4|four|p|P");
-    row("all", "ECP", "1|one|e|E\n10|ten|e|E\n2|two|c|C\n4|four|p|P");
-}
-
+/// Values and defaults of other companies, phones, models and levels don't step in.
 void tst_merge::partition()
 {
-    QFETCH(QString, levels);
     set(u"E"_s, u"10"_s, u"e"_s, u"ten"_s);
     set(u"E"_s, u"1"_s, u"e"_s, u"one"_s);
     set(u"C"_s, u"2"_s, u"c"_s, u"two"_s);
     set(u"P"_s, u"4"_s, u"p"_s, u"four"_s);
-    m_database->addParameter(u"PAP2"_s, u"x"_s, u"E"_s, u"of another model"_s);
-    addRow("COMPANY_PARAMETERS", "'ACME', 'PAP2', 'x', 'of another model'");
-    // Without a value of this company or phone, the default does not step in.
     for (const QString& level : {u"C"_s, u"P"_s, u"D"_s})
         m_database->addParameter(u"GXP2000"_s, "no "_L1 + level, level, u"default"_s);
+    m_database->addParameter(u"PAP2"_s, u"x"_s, u"E"_s, u"default"_s);
+    addRow("COMPANY_PARAMETERS", "'ACME', 'PAP2', 'x', 'of another model'");
     addRow("COMPANY_PARAMETERS", "'ZETA', 'GXP2000', 'no C', 'of another company'");
     addRow("PHONES_PARAMETERS", "'ZETA', 'GXP2000', '1234', 'no P', 'of another company'");
     addRow("PHONES_PARAMETERS", "'ACME', 'GXP2000', '2000', 'no P', 'of another phone'");
-
-    QCOMPARE(stage(levels), QString());
-    QTEST(staged(), "rows");
+    QCOMPARE(stage(u"ECP"_s), QString());
+    QCOMPARE(staged(), u"1|one|e|E\n10|ten|e|E\n2|two|c|C\n4|four|p|P"_s);
     QCOMPARE(m_database->user.shown, QStringList());
 }
 
@@ -165,34 +147,24 @@ void tst_merge::macros()
     QVERIFY(!m_database->main.stopFlag);
 }
 
-void tst_merge::refusedMacros_data()
-{
-    columns<QString, bool>("value", "stops");
-    row("unknown", "$$X", true);
-    row("no name", "$$", true);
-    row("text behind", "$$P and more", true);
-    row("one argument", "$$N,1", false);
-    row("no number", "$$N,1,x", false);
-    row("unknown, no number", "$$X,1,x", false);
-    row("start 0", "$$N,0,1", false);
-}
-
 /// A refused macro stays as it is; the rest of its level is staged all the same.
 void tst_merge::refusedMacros()
 {
-    QFETCH(QString, value);
-    for (const QString& level : {u"E"_s, u"C"_s, u"P"_s}) {
-        set(level, level + u'1', value);
-        set(level, level + u'2', u"$$P"_s);
-        set(level, level + u'3', u"plain"_s);
-        m_database->main.stopFlag = false;
-        m_database->user.shown.clear();
-        QCOMPARE(stage(level), QString());
-        QCOMPARE(m_database->user.shown, QStringList{"M6: "_L1 + value});
-        QTEST(m_database->main.stopFlag, "stops");
-        const QString rows = u"%11|d|%2|%1\n%12|d|1234|%1\n%13|d|plain|%1"_s;
-        QCOMPARE(staged(), QString(rows).replace("%1"_L1, level).replace("%2"_L1, value));
-    }
+    set(u"E"_s, u"1"_s, u"$$N,1"_s);
+    set(u"E"_s, u"2"_s, u"$$N,0,x"_s);
+    set(u"E"_s, u"3"_s, u"$$P"_s);
+    QCOMPARE(stage(u"E"_s), QString());
+    QCOMPARE(staged(), u"1|d|$$N,1|E\n2|d|$$N,0,x|E\n3|d|1234|E"_s);
+    QVERIFY(!m_database->main.stopFlag);
+    set(u"C"_s, u"4"_s, u"$$X"_s);
+    set(u"C"_s, u"5"_s, u"$$P and more"_s);
+    set(u"C"_s, u"6"_s, u"$$X,1"_s);
+    set(u"C"_s, u"7"_s, u"$$P"_s);
+    QCOMPARE(stage(u"C"_s), QString());
+    QCOMPARE(staged(), u"4|d|$$X|C\n5|d|$$P and more|C\n6|d|$$X,1|C\n7|d|1234|C"_s);
+    QVERIFY(m_database->main.stopFlag);
+    QCOMPARE(m_database->user.shown.join(u'\n'),
+             u"M6: $$N,1\nM6: $$N,0,x\nM6: $$X\nM6: $$P and more\nM6: $$X,1"_s);
 }
 
 void tst_merge::collisions()

@@ -1,0 +1,82 @@
+"""What the measurements share: the programs, program folders, alternating runs and their medians."""
+
+import argparse
+import contextlib
+import os
+import pathlib
+import statistics
+import subprocess
+import sys
+import tempfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+
+def options(description):
+    """A parser with the options that every measurement takes."""
+    parser = argparse.ArgumentParser(description=description)
+    parser.add_argument("--build", type=pathlib.Path, default=HERE.parent / "build" / "release",
+                        help="the build folder whose programs are measured (default: %(default)s)")
+    parser.add_argument("--runs", type=int, default=5, help="runs of which the median counts (default: %(default)s)")
+    return parser
+
+
+@contextlib.contextmanager
+def scratch_folder(build):
+    """A folder that is gone afterwards. The build folder lies on a disk, where a temporary one might not."""
+    with tempfile.TemporaryDirectory(prefix="bench-", dir=build) as folder:
+        yield pathlib.Path(folder)
+
+
+def program(build, name):
+    """The command that starts a program of the build."""
+    return [build / "bin" / name]
+
+
+def yardstick(name):
+    """The command that starts a yardstick script."""
+    return [sys.executable, HERE / name]
+
+
+def run(command):
+    """What a command prints; one that fails ends the measurement with its own words."""
+    result = subprocess.run([str(word) for word in command], capture_output=True, text=True, check=False)
+    if result.returncode != 0:
+        sys.exit(f"{command[0]} ended with {result.returncode}: {result.stderr}")
+    return result.stdout
+
+
+def seconds(command):
+    """The seconds that a command prints of itself."""
+    # What earlier runs left to be written would otherwise be written during this one.
+    os.sync()
+    return float(run(command))
+
+
+def medians(contestants, runs):
+    """The median seconds of each contestant, the contestants taking turns. `contestants` maps names to
+    callables that do one run and return its seconds."""
+    times = {name: [] for name in contestants}
+    for _ in range(runs):
+        for name, contestant in contestants.items():
+            times[name].append(contestant())
+    return {name: statistics.median(values) for name, values in times.items()}
+
+
+def sample_database(build, file, phones):
+    """Writes the database that the measurements work on."""
+    run(program(build, "bench_sample_database") + [file, phones])
+
+
+def make_program_folder(folder):
+    """A program folder whose working database is velmora.db, created from earlier.db."""
+    folder.mkdir()
+    (folder / "ParamDB.txt").write_text("Provider=SQLite;Data Source=$$APPPATH$$/velmora.db\n"
+                                        "Provider=SQLite;Data Source=$$APPPATH$$/earlier.db\n")
+    return folder
+
+
+def new_folder(scratch, name):
+    """A new, empty folder. It stays until the whole measurement is over: some file systems are slow to make files
+    for minutes after many have been removed, which would count against whoever comes next."""
+    return pathlib.Path(tempfile.mkdtemp(prefix=f"{name}-", dir=scratch))
