@@ -19,7 +19,8 @@ namespace {
 /// Makes a query over NUMBERS, whose column N counts from 1 up to the "?" that stands first.
 QString counted(const QString& select)
 {
-    return u"WITH RECURSIVE COUNT_TO(N, LAST) AS (SELECT 0, ? UNION ALL SELECT N + 1, LAST FROM COUNT_TO "
+    return u"WITH RECURSIVE COUNT_TO(N, LAST) AS (SELECT 0, CAST(? AS INTEGER) UNION ALL SELECT N + 1, LAST "
+           u"FROM COUNT_TO "
            "WHERE N < LAST), NUMBERS AS (SELECT N FROM COUNT_TO WHERE N > 0) "_s +
            select;
 }
@@ -48,7 +49,7 @@ void addCatalogue(Connection& database)
                                  "CASE N % 5 WHEN 0 THEN '' WHEN 1 THEN '0' WHEN 2 THEN '5060' "
                                  "WHEN 3 THEN '192.168.1.' || N ELSE 'time.example.org' END, "
                                  "'T', '' FROM NUMBERS"_s),
-                     {250});
+                     {u"250"_s});
     database.execute(u"INSERT INTO COMPANY_PARAMETERS SELECT 'ACME', EQ_CODE, PA_CODE, 'Büro ' || PA_CODE "
                      "FROM EQUIPMENT_PARAMETERS WHERE LE_CODE = 'C'"_s);
 }
@@ -56,7 +57,7 @@ void addCatalogue(Connection& database)
 void addPhones(Connection& database, int phones)
 {
     database.execute(u"INSERT INTO RANGES "_s + counted(u"SELECT 'ACME', printf('%05d', N) FROM NUMBERS"_s),
-                     {phones});
+                     {QString::number(phones)});
     database.execute(u"INSERT INTO PHONES SELECT CO_CODE, PH_CODE, 'GXP2000', 'Room ' || PH_CODE, "
                      "printf('000B82%06X', PH_CODE) FROM RANGES"_s);
     database.execute(

@@ -57,7 +57,7 @@ void Connection::close()
     m_engine.reset();
 }
 
-void Connection::execute(const QString& statement, const QVariantList& values)
+void Connection::execute(const QString& statement, const QStringList& values)
 {
     QSqlQuery query = run(statement, values);
     if (!values.isEmpty())
@@ -69,7 +69,7 @@ void Connection::executePortable(const QString& statement)
     m_engine->executePortable(*this, statement);
 }
 
-Recordset Connection::select(const QString& statement, const QVariantList& values)
+Recordset Connection::select(const QString& statement, const QStringList& values)
 {
     Cursor rows = cursor(statement, values);
     Recordset held(rows);
@@ -78,7 +78,7 @@ Recordset Connection::select(const QString& statement, const QVariantList& value
     return held;
 }
 
-Cursor Connection::cursor(const QString& statement, const QVariantList& values)
+Cursor Connection::cursor(const QString& statement, const QStringList& values)
 {
     return Cursor(run(statement, values));
 }
@@ -103,14 +103,15 @@ void Connection::holdDeclaredTypes()
     m_engine->holdDeclaredTypes(*this);
 }
 
-QSqlQuery Connection::run(const QString& statement, const QVariantList& values)
+QSqlQuery Connection::run(const QString& statement, const QStringList& values)
 {
     if (!m_engine)
         throw DatabaseError(statement, u"No database is open."_s);
-    QSqlQuery query = values.isEmpty() ? QSqlQuery(QSqlDatabase::database(m_name, false)) : prepared(statement);
+    QSqlQuery query =
+        values.isEmpty() ? QSqlQuery(QSqlDatabase::database(m_name, false)) : prepared(statement);
     query.setForwardOnly(true);
     for (int place = 0; place < values.size(); ++place)
-        query.bindValue(place, values[place]);
+        query.bindValue(place, values[place].isEmpty() ? u""_s : values[place]);
     if (!(values.isEmpty() ? query.exec(statement) : query.exec()))
         throw DatabaseError(statement, wordsOf(query.lastError()), m_engine->reason(query.lastError()));
     return query;

@@ -26,14 +26,14 @@ public:
     void open(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite);
     void close();
 
-    /// Runs a statement, the values bound to its "?" in order.
-    void execute(const QString& statement, const QVariantList& values = {});
+    /// Runs a statement, the values bound to its "?" in order. An empty text is never taken for NULL.
+    void execute(const QString& statement, const QStringList& values = {});
     /// Runs a statement whose text is the same for all engines, in the words of this one.
     void executePortable(const QString& statement);
     /// Runs a query and holds its whole result.
-    Recordset select(const QString& statement, const QVariantList& values = {});
+    Recordset select(const QString& statement, const QStringList& values = {});
     /// Runs a query whose rows are read one by one.
-    Cursor cursor(const QString& statement, const QVariantList& values = {});
+    Cursor cursor(const QString& statement, const QStringList& values = {});
 
     /// The names of all permanent tables.
     QStringList tables();
@@ -48,13 +48,14 @@ public:
 private:
     friend class Transaction;
 
-    QSqlQuery run(const QString& statement, const QVariantList& values);
+    QSqlQuery run(const QString& statement, const QStringList& values);
     QSqlQuery prepared(const QString& statement);
     void keep(const QString& statement, QSqlQuery query);
 
     QString m_name;
     std::unique_ptr<Engine> m_engine;
-    /// Statements with values that are not running, by their text: they come again, and need no second preparing.
+    /// Statements with values that are not running, by their text: they come again, and need no second
+    /// preparing.
     std::unordered_map<QString, QSqlQuery> m_prepared;
 };
 

@@ -57,8 +57,8 @@ void guardTable(Connection& connection, const QString& table, const QList<Column
     }
 }
 
-/// The creation of a table of the session alone: its shape is nobody else's, so that it can hold the declared widths
-/// and required keys itself, at a lower cost than triggers.
+/// The creation of a table of the session alone: its shape is nobody else's, so that it can hold the declared
+/// widths and required keys itself, at a lower cost than triggers.
 QString withOwnGuards(QString creation)
 {
     static const QRegularExpression sizedColumn(u"(\\w+) (nvarchar\\((\\d+)\\))"_s);

@@ -15,13 +15,8 @@ namespace {
 
 void insertRow(Connection& connection, const QString& table, const QStringList& row)
 {
-    QStringList places;
-    QVariantList values;
-    for (const QString& value : row) {
-        places << u"?"_s;
-        values << value;
-    }
-    connection.execute("INSERT INTO "_L1 + table + " VALUES("_L1 + places.join(", "_L1) + u')', values);
+    const QStringList places(row.size(), u"?"_s);
+    connection.execute("INSERT INTO "_L1 + table + " VALUES("_L1 + places.join(", "_L1) + u')', row);
 }
 
 } // namespace

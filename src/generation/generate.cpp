@@ -17,25 +17,6 @@ namespace velmora {
 
 namespace {
 
-/// Empties the staging table when a run ends, however it ends.
-class StagingCleanup {
-public:
-    explicit StagingCleanup(MMain& main) : m_main(main) {}
-    ~StagingCleanup()
-    {
-        try {
-            clearStaging(m_main);
-        } catch (const DatabaseError&) {
-            // The database is gone, and the private staging table with it.
-        }
-    }
-    StagingCleanup(const StagingCleanup&) = delete;
-    StagingCleanup& operator=(const StagingCleanup&) = delete;
-
-private:
-    MMain& m_main;
-};
-
 QString describe(const Phone& phone)
 {
     return phone.code + " - "_L1 + phone.description;
@@ -53,7 +34,7 @@ void writeNamedFile(const QString& folder, const QString& name, const QByteArray
 class Run {
 public:
     Run(MMain& main, const GenerationRequest& request, const RunReport& report)
-        : m_main(main), m_request(request), m_report(report)
+        : m_main(main), m_request(request), m_report(report), m_staging(main, request.levels)
     {
     }
 
@@ -82,7 +63,6 @@ private:
 
     bool generatePhone()
     {
-        clearStaging(m_main);
         const QString folder = localFolder(m_main.ExpandMacros(m_request.folder));
         if (m_main.stopFlag)
             return false;
@@ -90,8 +70,7 @@ private:
             m_main.showMessage(u"M7"_s, folder);
             return false;
         }
-        const auto parameters =
-            mergeParameters(m_main, m_request.levels, [this](const QString& line) { m_remarks << line; });
+        const auto parameters = m_staging.merge([this](const QString& line) { m_remarks << line; });
         const bool goOn = parameters && dispatch(*parameters, folder);
         listRemarks();
         return goOn;
@@ -139,12 +118,13 @@ private:
         }
         try {
             const DeviceFile file = writer.device(phone, parameters);
+            const DeviceFile source = m_request.withSource ? writer.source(parameters) : DeviceFile();
             // The device file of a template replaces a source copy of the same name, which needs no writing
             // then.
             if (m_request.withSource && names.source != names.device)
-                writeNamedFile(folder, names.source, writer.source(parameters).bytes);
+                writeNamedFile(folder, names.source, source.bytes);
             writeNamedFile(folder, names.device, file.bytes);
-            reportLosses(file, phone);
+            reportLosses(file, source, phone);
         } catch (const FileError& error) {
             m_main.showMessage(u"M204"_s,
                                describe(phone) + " - "_L1 + error.path() + " - "_L1 + error.description());
@@ -164,17 +144,20 @@ private:
             m_report.line(m_main.messageLine(u"M206"_s, phone.mac));
     }
 
-    void reportLosses(const DeviceFile& file, const Phone& phone)
+    void reportLosses(const DeviceFile& file, const DeviceFile& source, const Phone& phone)
     {
         for (const QChar character : file.rejectedDigits)
             m_report.line(m_main.messageLine(u"M11"_s, character + " - "_L1 + phone.mac));
-        if (!file.lossyCodes.isEmpty())
-            m_report.line(m_main.messageLine(u"M202"_s, file.lossyCodes.join(", "_L1)));
+        QStringList lossyCodes = file.lossyCodes + source.lossyCodes;
+        lossyCodes.removeDuplicates();
+        if (!lossyCodes.isEmpty())
+            m_report.line(m_main.messageLine(u"M202"_s, lossyCodes.join(", "_L1)));
     }
 
     MMain& m_main;
     const GenerationRequest& m_request;
     const RunReport& m_report;
+    Staging m_staging;
     /// Lines about the parameters of the current phone that are not in the list yet.
     QStringList m_remarks;
 };
@@ -199,7 +182,6 @@ bool Generate(MMain& main, const GenerationRequest& request, const RunReport& re
         main.showMessage(u"M8"_s);
         return false;
     }
-    const StagingCleanup cleanup(main);
     return Run(main, request, report).overAllPhones();
 }
 

@@ -1,8 +1,8 @@
 // The run that writes the configuration files of the selected phones.
 #pragma once
 
-#include "generation/parameter_merge.h"
 #include "generation/phone_selection.h"
+#include "generation/staging.h"
 
 namespace velmora {
 

@@ -1,8 +1,8 @@
 // What the writers of all models have in common: from a phone and its parameters to named bytes.
 #pragma once
 
-#include "generation/parameter_merge.h"
 #include "generation/phone_selection.h"
+#include "generation/staging.h"
 #include "startup/phone.h"
 
 #include <QByteArray>

@@ -1,7 +1,9 @@
 // What stands in the staging table for one phone, through the embedded database.
-#include "generation/parameter_merge.h"
 #include "generation/rows.h"
+#include "generation/staging.h"
 #include "support/test_database.h"
+
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +21,8 @@ private Q_SLOTS:
     void refusedMacros();
     void collisions();
     void grownTooLong();
+    void nextPhone_data();
+    void nextPhone();
 
 private:
     /// Puts a parameter into the catalogue of the GXP2000 and, at level "C" or "P", its value beside it.
@@ -32,11 +36,14 @@ private:
     QString staged();
 
     std::optional<TestDatabase> m_database;
+    std::optional<Staging> m_staging;
+    std::optional<QList<Parameter>> m_merged;
 };
 
 /// Besides the phone of the tests, others whose values are none of its business.
 void tst_merge::init()
 {
+    m_staging.reset();
     m_database.emplace();
     m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"1234"_s, u"Ann"_s, u"1"_s);
     m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"2000"_s, u"Bob"_s, u"2"_s);
@@ -65,9 +72,9 @@ QString tst_merge::stage(const QString& levels)
 {
     QStringList lines;
     m_database->selectPhones(u"ACME"_s);
-    clearStaging(m_database->main);
-    mergeParameters(m_database->main, {levels.contains(u'P'), levels.contains(u'C'), levels.contains(u'E')},
-                    [&lines](const QString& text) { lines << text; });
+    m_staging.emplace(m_database->main,
+                      Levels{levels.contains(u'P'), levels.contains(u'C'), levels.contains(u'E')});
+    m_merged = m_staging->merge([&lines](const QString& text) { lines << text; });
     return lines.join(u'\n');
 }
 
@@ -78,6 +85,15 @@ QString tst_merge::staged()
         u"SELECT PA_CODE || '|' || PA_DESC || '|' || PA_VALUE || '|' || LE_CODE FROM EQ_TEMP ORDER BY PA_CODE"_s);
     while (cursor.next())
         rows << cursor.text(0);
+    if (m_merged) {
+        QStringList merged;
+        for (const Parameter& parameter : *m_merged)
+            merged << parameter.code + u'|' + parameter.description + u'|' + parameter.value;
+        if (QString(rows.join(u'\n'))
+                .remove(QRegularExpression(u"\\|[ECP]$"_s, QRegularExpression::MultilineOption)) !=
+            merged.join(u'\n'))
+            return "The merge gave something else: "_L1 + merged.join(u'\n');
+    }
     return rows.join(u'\n');
 }
 
@@ -196,6 +212,42 @@ void tst_merge::grownTooLong()
         line = line.section(" - "_L1, 0, 0); // what follows are the engine's words
     QCOMPARE(refused.join(u'\n'), u"M201: 2 value\nM201: 3 description\nM201: 4 $$N"_s);
     QCOMPARE(staged(), "1 fits|d|"_L1 + QString(205, u'v') + QString(50, u'n') + "|E\n5|d|v|E"_L1);
+}
+
+void tst_merge::nextPhone_data()
+{
+    columns<QString, QString, QString, QString>("preset", "companyValue", "lines", "second");
+    row("all the same", "e", "c", "", "1=e 2=c 4=Bob");
+    row("macro in the company's value", "e", "$$P", "", "1=e 2=2000 4=Bob");
+    row("macro in the default", "$$P", "c", "", "1=2000 2=c 4=Bob");
+    row("collision", "e", "collides", "M200: 1", "1=e 2=c 4=Bob");
+}
+
+/// The phones of a run, one after the other: what they share, what is their own, and what only the first one
+/// has.
+void tst_merge::nextPhone()
+{
+    QFETCH(QString, preset);
+    QFETCH(QString, companyValue);
+    set(u"E"_s, u"1"_s, preset);
+    set(u"C"_s, u"2"_s, companyValue == "collides"_L1 ? u"c"_s : companyValue);
+    if (companyValue == "collides"_L1)
+        addRow("COMPANY_PARAMETERS", "'ACME', 'GXP2000', '1', 'second'");
+    set(u"P"_s, u"3"_s, u"first phone only"_s);
+    set(u"P"_s, u"4"_s, u"$$N"_s);
+    addRow("PHONES_PARAMETERS", "'ACME', 'GXP2000', '2000', '4', '$$N'");
+    stage(u"ECP"_s);
+    QCOMPARE(m_merged->size(), 4);
+
+    m_database->main.phones.moveNext();
+    QStringList lines;
+    QStringList second;
+    m_merged = m_staging->merge([&lines](const QString& text) { lines << text; });
+    for (const Parameter& parameter : *m_merged)
+        second << parameter.code + u'=' + parameter.value;
+    QTEST(second.join(u' '), "second");
+    QTEST(lines.join(u' '), "lines");
+    QCOMPARE(staged().count(u'\n') + 1, 3);
 }
 
 } // namespace velmora

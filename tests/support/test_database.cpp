@@ -13,7 +13,7 @@ TestDatabase::TestDatabase() : main(u"/nowhere"_s, user.prompts())
     run(u"PRAGMA synchronous = OFF"_s);
     for (const QString& statement : creationStatements())
         run(statement);
-    run(privateStagingStatement());
+    main.connection.executePortable(privateStagingStatement());
     main.connection.holdDeclaredTypes();
     main.userName = u"JDOE"_s;
     for (const QString& level : {u"E"_s, u"C"_s, u"P"_s, u"D"_s})

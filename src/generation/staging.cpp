@@ -1,8 +1,9 @@
-#include "generation/parameter_merge.h"
+#include "generation/staging.h"
 
 #include "startup/MMain.h"
 
 #include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -12,16 +13,17 @@ namespace {
 
 /// The rows of one level: a query for code, description, value and level, with the values for its "?".
 struct LevelRows {
+    QString level;
     QString query;
-    QVariantList values;
+    QStringList values;
 };
 
 /// A query for the rows of a table of values, for the condition that follows it. Its first "?" is the model
 /// whose catalogue describes the parameters; one that this catalogue lacks has no description.
 QString valuesOf(QLatin1StringView table, QLatin1StringView level)
 {
-    return "SELECT V.PA_CODE, COALESCE(E.PA_DESC, '') AS PA_DESC, V.PA_VALUE, '"_L1 + level +
-           "' AS LE_CODE FROM "_L1 + table +
+    return "SELECT V.PA_CODE, COALESCE(E.PA_DESC, '') AS PA_DESC, V.PA_VALUE, "_L1 + level +
+           " AS LE_CODE FROM "_L1 + table +
            " V LEFT JOIN EQUIPMENT_PARAMETERS E ON E.EQ_CODE = ? AND E.PA_CODE = V.PA_CODE WHERE "_L1;
 }
 
@@ -77,25 +79,29 @@ void stageLevel(MMain& main, const LevelRows& level, const LineSink& line)
 
 LevelRows equipmentLevel(const Phone& phone)
 {
-    return {u"SELECT PA_CODE, PA_DESC, PA_DEFAULT AS PA_VALUE, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE "
+    return {u"'E'"_s,
+            u"SELECT PA_CODE, PA_DESC, PA_DEFAULT AS PA_VALUE, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE "
             "EQ_CODE = ? AND LE_CODE = 'E'"_s,
             {phone.equipment}};
 }
 
 LevelRows companyLevel(const Phone& phone)
 {
-    return {valuesOf("COMPANY_PARAMETERS"_L1, "C"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
+    return {u"'C'"_s,
+            valuesOf("COMPANY_PARAMETERS"_L1, "'C'"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
             {phone.equipment, phone.company, phone.equipment}};
 }
 
 /// All models count, not only the phone's. Naming them lets the primary key find the rows.
 LevelRows phoneLevel(const Phone& phone)
 {
-    return {valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) +
+    return {u"'P'"_s,
+            valuesOf("PHONES_PARAMETERS"_L1, "'P'"_L1) +
                 "V.CO_CODE = ? AND V.EQ_CODE IN (SELECT EQ_CODE FROM EQUIPMENT) AND V.PH_CODE = ?"_L1,
             {phone.equipment, phone.company, phone.code}};
 }
 
+/// The levels to stage, in the order in which the first one to set a parameter wins.
 QList<LevelRows> wantedLevels(const Phone& phone, const Levels& levels)
 {
     QList<LevelRows> wanted;
@@ -108,9 +114,9 @@ QList<LevelRows> wantedLevels(const Phone& phone, const Levels& levels)
     return wanted;
 }
 
-QList<Parameter> stagedParameters(MMain& main)
+QList<Parameter> stagedParameters(MMain& main, const QString& condition)
 {
-    Cursor rows = main.connection.cursor(u"SELECT * FROM EQ_TEMP ORDER BY PA_CODE"_s);
+    Cursor rows = main.connection.cursor("SELECT * FROM EQ_TEMP"_L1 + condition + " ORDER BY PA_CODE"_L1);
     QList<Parameter> parameters;
     while (rows.next())
         parameters << Parameter{rows.text(0), rows.text(1), rows.text(2)};
@@ -125,42 +131,80 @@ bool needsExpansion(const QList<Parameter>& parameters)
     });
 }
 
-/// Stages every level by one statement. Nothing, and an empty staging table, where that is not enough: where
-/// a row is refused or holds a macro.
-std::optional<QList<Parameter>> mergeWhole(MMain& main, const QList<LevelRows>& levels)
+/// Adds a level by one statement, if that is enough, and returns what it holds. Nothing, and nothing added,
+/// where one of its rows is refused or holds a macro.
+std::optional<QList<Parameter>> stageWhole(MMain& main, const LevelRows& level)
 {
     try {
-        for (const LevelRows& level : levels)
-            main.connection.execute("INSERT INTO EQ_TEMP "_L1 + level.query, level.values);
-        const QList<Parameter> parameters = stagedParameters(main);
-        if (!needsExpansion(parameters))
-            return parameters;
+        main.connection.execute("INSERT INTO EQ_TEMP "_L1 + level.query, level.values);
     } catch (const DatabaseError&) {
-        // Which row was refused, and whether the database is still there, shows when the rows are taken
-        // singly.
+        // Which row is refused shows when the rows are staged for each phone.
+        return std::nullopt;
     }
-    clearStaging(main);
+    const QString condition = " WHERE LE_CODE = "_L1 + level.level;
+    const QList<Parameter> parameters = stagedParameters(main, condition);
+    if (!needsExpansion(parameters))
+        return parameters;
+    main.connection.execute("DELETE FROM EQ_TEMP"_L1 + condition);
     return std::nullopt;
+}
+
+QList<Parameter> inCodeOrder(const QList<Parameter>& some, const QList<Parameter>& others)
+{
+    QList<Parameter> all;
+    all.reserve(some.size() + others.size());
+    std::merge(some.begin(), some.end(), others.begin(), others.end(), std::back_inserter(all),
+               [](const Parameter& left, const Parameter& right) { return left.code < right.code; });
+    return all;
 }
 
 } // namespace
 
-void clearStaging(MMain& main)
+Staging::Staging(MMain& main, const Levels& levels) : m_main(main), m_levels(levels) {}
+
+Staging::~Staging()
 {
-    main.connection.execute(u"DELETE FROM EQ_TEMP"_s);
+    try {
+        m_main.connection.execute(u"DELETE FROM EQ_TEMP"_s);
+    } catch (const DatabaseError&) {
+        // The database is gone, and the private staging table with it.
+    }
 }
 
-std::optional<QList<Parameter>> mergeParameters(MMain& main, const Levels& levels, const LineSink& line)
+std::optional<QList<Parameter>> Staging::merge(const LineSink& line)
 {
-    const QList<LevelRows> wanted = wantedLevels(main.currentPhone(), levels);
-    if (const std::optional<QList<Parameter>> whole = mergeWhole(main, wanted))
-        return whole;
-    for (const LevelRows& level : wanted) {
-        stageLevel(main, level, line);
-        if (main.stopFlag)
+    m_main.connection.execute("DELETE FROM EQ_TEMP"_L1 + ownRows());
+    if (!m_started)
+        stageShared();
+    for (const LevelRows& level : wantedLevels(m_main.currentPhone(), m_levels)) {
+        if (m_sharedLevels.contains(level.level))
+            continue;
+        stageLevel(m_main, level, line);
+        if (m_main.stopFlag)
             return std::nullopt;
     }
-    return stagedParameters(main);
+    return inCodeOrder(m_shared, stagedParameters(m_main, ownRows()));
+}
+
+void Staging::stageShared()
+{
+    m_started = true;
+    Levels shareable = m_levels;
+    shareable.phone = false;
+    for (const LevelRows& level : wantedLevels(m_main.currentPhone(), shareable)) {
+        const std::optional<QList<Parameter>> parameters = stageWhole(m_main, level);
+        if (!parameters)
+            return;
+        m_sharedLevels << level.level;
+        m_shared = inCodeOrder(m_shared, *parameters);
+    }
+}
+
+/// The condition for the rows that are not the same for every phone.
+QString Staging::ownRows() const
+{
+    return m_sharedLevels.isEmpty() ? QString()
+                                    : " WHERE LE_CODE NOT IN ("_L1 + m_sharedLevels.join(u',') + u')';
 }
 
 } // namespace velmora
