@@ -17,14 +17,16 @@ def options(description):
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--build", type=pathlib.Path, default=HERE.parent / "build" / "release",
                         help="the build folder whose programs are measured (default: %(default)s)")
+    parser.add_argument("--folder", type=pathlib.Path, help="where the files of a measurement lie (default: the build "
+                        "folder, which is on a disk as a temporary folder might not be)")
     parser.add_argument("--runs", type=int, default=5, help="runs of which the median counts (default: %(default)s)")
     return parser
 
 
 @contextlib.contextmanager
-def scratch_folder(build):
-    """A folder that is gone afterwards. The build folder lies on a disk, where a temporary one might not."""
-    with tempfile.TemporaryDirectory(prefix="bench-", dir=build) as folder:
+def scratch_folder(chosen):
+    """A folder that is gone afterwards, where the options have it."""
+    with tempfile.TemporaryDirectory(prefix="bench-", dir=chosen.folder or chosen.build) as folder:
         yield pathlib.Path(folder)
 
 

@@ -1,6 +1,7 @@
 #include "database/connection.h"
 
 #include <QAtomicInt>
+#include <QScopeGuard>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -35,14 +36,25 @@ Connection::~Connection()
 void Connection::open(const QString& connectionString, OpenMode mode)
 {
     close();
-    const ConnectionString string(connectionString);
+    m_connectionString = connectionString;
+    m_mode = mode;
+    m_preparation = {};
+    openSession();
+}
+
+void Connection::openSession()
+{
+    close();
+    const ConnectionString string(m_connectionString);
     m_engine = engineFor(string);
     try {
         QSqlDatabase database = QSqlDatabase::addDatabase(m_engine->driver(), m_name);
-        m_engine->configure(database, string, mode);
+        m_engine->configure(database, string, m_mode);
         if (!database.open())
-            throw DatabaseError(connectionString, wordsOf(database.lastError()));
-        m_engine->prepareSession(*this, mode);
+            fail(m_connectionString, database.lastError());
+        m_engine->prepareSession(*this, m_mode);
+        if (m_preparation)
+            m_preparation(*this);
     } catch (const DatabaseError&) {
         close();
         throw;
@@ -55,6 +67,13 @@ void Connection::close()
     if (QSqlDatabase::contains(m_name))
         QSqlDatabase::removeDatabase(m_name);
     m_engine.reset();
+    m_lost = false;
+}
+
+void Connection::prepareSessions(std::function<void(Connection&)> preparation)
+{
+    preparation(*this);
+    m_preparation = std::move(preparation);
 }
 
 void Connection::execute(const QString& statement, const QStringList& values)
@@ -105,6 +124,8 @@ void Connection::holdDeclaredTypes()
 
 QSqlQuery Connection::run(const QString& statement, const QStringList& values)
 {
+    if (m_lost)
+        reconnect(statement);
     if (!m_engine)
         throw DatabaseError(statement, u"No database is open."_s);
     QSqlQuery query =
@@ -113,8 +134,16 @@ QSqlQuery Connection::run(const QString& statement, const QStringList& values)
     for (int place = 0; place < values.size(); ++place)
         query.bindValue(place, values[place].isEmpty() ? u""_s : values[place]);
     if (!(values.isEmpty() ? query.exec(statement) : query.exec()))
-        throw DatabaseError(statement, wordsOf(query.lastError()), m_engine->reason(query.lastError()));
+        fail(statement, query.lastError());
     return query;
+}
+
+void Connection::reconnect(const QString& statement)
+{
+    if (m_inTransaction)
+        throw DatabaseError(statement, u"The connection was lost."_s, DatabaseError::Reason::ConnectionLost);
+    const auto stillLost = qScopeGuard([this] { m_lost = !m_engine; });
+    openSession();
 }
 
 QSqlQuery Connection::prepared(const QString& statement)
@@ -123,7 +152,7 @@ QSqlQuery Connection::prepared(const QString& statement)
         return std::move(kept.mapped());
     QSqlQuery query(QSqlDatabase::database(m_name, false));
     if (!query.prepare(statement))
-        throw DatabaseError(statement, wordsOf(query.lastError()), m_engine->reason(query.lastError()));
+        fail(statement, query.lastError());
     return query;
 }
 
@@ -131,6 +160,13 @@ void Connection::keep(const QString& statement, QSqlQuery query)
 {
     query.finish();
     m_prepared.insert_or_assign(statement, std::move(query));
+}
+
+void Connection::fail(const QString& statement, const QSqlError& error)
+{
+    const DatabaseError::Reason reason = m_engine->reason(error);
+    m_lost = m_lost || reason == DatabaseError::Reason::ConnectionLost;
+    throw DatabaseError(statement, wordsOf(error), reason);
 }
 
 } // namespace velmora

@@ -6,16 +6,22 @@
 
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 
 namespace velmora {
 
 /// One open database. Every failing call throws DatabaseError. Not for use from several threads.
+///
+/// When a server has gone away, the statement that meets this fails with ConnectionLost, and so do the others
+/// of its transaction; the next one after it connects anew.
 class Connection {
 public:
     /// How long opening, or waiting for another session's lock, may take.
     static constexpr int connectionTimeoutSeconds = 30;
+    /// How long one statement may take on a server.
+    static constexpr int commandTimeoutSeconds = 180;
 
     Connection();
     ~Connection();
@@ -25,6 +31,9 @@ public:
     /// Opens the database that `connectionString` names (see ConnectionString). Read-only, it must exist.
     void open(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite);
     void close();
+
+    /// Runs `preparation` now and whenever a lost session is replaced by a new one.
+    void prepareSessions(std::function<void(Connection&)> preparation);
 
     /// Runs a statement, the values bound to its "?" in order. An empty text is never taken for NULL.
     void execute(const QString& statement, const QStringList& values = {});
@@ -48,12 +57,20 @@ public:
 private:
     friend class Transaction;
 
+    void openSession();
+    void reconnect(const QString& statement);
+    [[noreturn]] void fail(const QString& statement, const QSqlError& error);
     QSqlQuery run(const QString& statement, const QStringList& values);
     QSqlQuery prepared(const QString& statement);
     void keep(const QString& statement, QSqlQuery query);
 
     QString m_name;
     std::unique_ptr<Engine> m_engine;
+    QString m_connectionString;
+    OpenMode m_mode = OpenMode::ReadWrite;
+    std::function<void(Connection&)> m_preparation;
+    bool m_lost = false;
+    bool m_inTransaction = false;
     /// Statements with values that are not running, by their text: they come again, and need no second
     /// preparing.
     std::unordered_map<QString, QSqlQuery> m_prepared;

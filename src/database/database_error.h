@@ -11,7 +11,7 @@ namespace velmora {
 class DatabaseError : public std::runtime_error {
 public:
     /// Why the engine refused, as far as callers act on it.
-    enum class Reason { DuplicateKey, Other };
+    enum class Reason { DuplicateKey, ConnectionLost, Other };
 
     DatabaseError(QString statement, QString description, Reason reason = Reason::Other)
         : std::runtime_error((description + QLatin1String("\n") + statement).toStdString()),

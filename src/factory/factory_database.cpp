@@ -29,7 +29,7 @@ void writeFactoryDatabase(const QString& path, const QList<TableRows>& data)
     {
         Transaction filling(connection);
         for (const QString& statement : creationStatements())
-            connection.execute(statement);
+            connection.executePortable(statement);
         connection.holdDeclaredTypes();
         for (const TableRows& each : data)
             for (const QStringList& row : each.rows)

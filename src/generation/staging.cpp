@@ -46,6 +46,8 @@ void stageRow(MMain& main, const Recordset& row, const LineSink& line)
     try {
         main.connection.execute(main.sqlText);
     } catch (const DatabaseError& error) {
+        if (error.reason() == DatabaseError::Reason::ConnectionLost)
+            throw;
         if (error.reason() == DatabaseError::Reason::DuplicateKey)
             line(main.messageLine(u"M200"_s, code));
         else
@@ -71,7 +73,9 @@ void stageLevel(MMain& main, const LevelRows& level, const LineSink& line)
         main.connection.execute("INSERT INTO EQ_TEMP SELECT * FROM ("_L1 + level.query +
                                     ") LEVEL_ROWS WHERE "_L1 + plain,
                                 level.values);
-    } catch (const DatabaseError&) {
+    } catch (const DatabaseError& error) {
+        if (error.reason() == DatabaseError::Reason::ConnectionLost)
+            throw;
         stageRowByRow(main, level, plain, line);
     }
     stageRowByRow(main, level, holdsMacro, line);
@@ -137,7 +141,9 @@ std::optional<QList<Parameter>> stageWhole(MMain& main, const LevelRows& level)
 {
     try {
         main.connection.execute("INSERT INTO EQ_TEMP "_L1 + level.query, level.values);
-    } catch (const DatabaseError&) {
+    } catch (const DatabaseError& error) {
+        if (error.reason() == DatabaseError::Reason::ConnectionLost)
+            throw;
         // Which row is refused shows when the rows are staged for each phone.
         return std::nullopt;
     }

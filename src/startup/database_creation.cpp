@@ -5,6 +5,8 @@
 #include "startup/MMain.h"
 #include "startup/version.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -34,6 +36,68 @@ bool isCurrent(Connection& original)
     return !version.eof() && version.text(0) == versionDigits();
 }
 
+/// The phones of the earlier database that have no model. Their NULL would become an empty text, which names
+/// none. Nothing where the database can't be read: that is told when its turn comes.
+QStringList phonesWithoutModel(const QString& original)
+{
+    QStringList phones;
+    try {
+        Connection earlier;
+        earlier.open(original, OpenMode::ReadOnly);
+        for (Recordset rows =
+                 earlier.select(u"SELECT CO_CODE, PH_CODE FROM PHONES WHERE EQ_CODE IS NULL AND NOT "
+                                "EXISTS (SELECT 1 FROM EQUIPMENT WHERE EQ_CODE = '') ORDER BY 1, 2"_s);
+             !rows.eof(); rows.moveNext())
+            phones << rows.text(0) + u' ' + rows.text(1);
+    } catch (const DatabaseError&) {
+        return {};
+    }
+    return phones;
+}
+
+void createTables(MMain& main)
+{
+    for (const QString& statement : creationStatements()) {
+        main.sqlText = statement;
+        main.connection.executePortable(statement);
+    }
+    main.connection.holdDeclaredTypes();
+}
+
+/// Removes the tables where the engine's roll-back does not: without rows they would look like a database.
+void dropTables(MMain& main)
+{
+    QStringList tables = copiedTables() + QStringList(u"EQ_TEMP"_s);
+    std::reverse(tables.begin(), tables.end());
+    try {
+        for (const QString& table : tables)
+            main.connection.execute("DROP TABLE IF EXISTS "_L1 + table);
+    } catch (const DatabaseError&) {
+        // The database is gone; the failure that led here is what the user learns.
+    }
+}
+
+/// Opens the earlier database and copies every table of it. False, after a message, where it is not of use.
+bool fillTables(MMain& main, const QString& original)
+{
+    Connection earlier;
+    try {
+        earlier.open(original, OpenMode::ReadOnly);
+    } catch (const DatabaseError& error) {
+        main.prompts.show("Open Original Database Failed : "_L1 + original, error.description());
+        return false;
+    }
+    if (!isCurrent(earlier)) {
+        main.prompts.show("The Original Database MUST be Version : "_L1 + versionDigits() +
+                              "\nRun this program version on the old database to convert"_L1,
+                          {});
+        return false;
+    }
+    for (const QString& table : copiedTables())
+        copyTable(main, earlier, table);
+    return true;
+}
+
 } // namespace
 
 void createDatabase(MMain& main, const QString& original)
@@ -43,32 +107,24 @@ void createDatabase(MMain& main, const QString& original)
                           {});
         return;
     }
-    Transaction creation(main.connection);
-    for (const QString& statement : creationStatements()) {
-        main.sqlText = statement;
-        main.connection.execute(statement);
-    }
-    main.connection.holdDeclaredTypes();
-
-    Connection earlier;
-    try {
-        earlier.open(original, OpenMode::ReadOnly);
-    } catch (const DatabaseError& error) {
-        creation.commit();
-        main.prompts.show("Open Original Database Failed : "_L1 + original, error.description());
-        return;
-    }
-    if (!isCurrent(earlier)) {
-        creation.commit();
-        main.prompts.show("The Original Database MUST be Version : "_L1 + versionDigits() +
-                              "\nRun this program version on the old database to convert"_L1,
+    if (const QStringList phones = phonesWithoutModel(original); !phones.isEmpty()) {
+        main.prompts.show("The Original Database holds phones without a model : "_L1 + phones.join(", "_L1) +
+                              "\nGive them one, then run this program again"_L1,
                           {});
         return;
     }
-    for (const QString& table : copiedTables())
-        copyTable(main, earlier, table);
-    creation.commit();
-    main.prompts.show(u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s, {});
+    bool filled = false;
+    try {
+        Transaction creation(main.connection);
+        createTables(main);
+        filled = fillTables(main, original);
+        creation.commit();
+    } catch (const DatabaseError&) {
+        dropTables(main);
+        throw;
+    }
+    if (filled)
+        main.prompts.show(u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s, {});
 }
 
 } // namespace velmora

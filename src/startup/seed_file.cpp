@@ -42,6 +42,8 @@ private:
         try {
             insertRow(fields);
         } catch (const DatabaseError& error) {
+            if (error.reason() == DatabaseError::Reason::ConnectionLost)
+                throw;
             if (fields[0] != harmlessTag)
                 m_main.prompts.show("Error : "_L1 + m_main.sqlText + u' ' + error.description(), {});
         }

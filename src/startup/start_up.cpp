@@ -34,7 +34,9 @@ bool readLanguage(MMain& main)
             main.query(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$LNG'"_s);
         main.language = setting.eof() ? u"EN"_s : setting.text(0);
         return true;
-    } catch (const DatabaseError&) {
+    } catch (const DatabaseError& error) {
+        if (error.reason() == DatabaseError::Reason::ConnectionLost)
+            throw;
         // A database that holds other tables is not ours to fill, and one that is only busy is not empty.
         if (!main.connection.tables().isEmpty())
             throw;
@@ -45,7 +47,8 @@ bool readLanguage(MMain& main)
 /// Staging takes place in a table of this session's own: no lock, and nothing that a crash leaves behind.
 void makeStagingPrivate(MMain& main)
 {
-    main.connection.executePortable(privateStagingStatement());
+    main.connection.prepareSessions(
+        [](Connection& connection) { connection.executePortable(privateStagingStatement()); });
 }
 
 /// Lets a superuser act as another user.

@@ -1,13 +1,15 @@
 // A program folder of a test's own.
 #pragma once
 
+#include "support/test_engine.h"
+
 #include <QByteArray>
 #include <QTemporaryDir>
 
 namespace velmora {
 
-/// Holds a ParamDB.txt that names "velmora.db" and "factory.db" in the folder, and a copy of the factory
-/// database.
+/// Holds a ParamDB.txt that names an empty working database ("velmora.db" in the folder for the embedded
+/// engine) and "factory.db" in the folder, and a copy of the factory database.
 class ProgramFolderFixture {
 public:
     /// `share` is the folder that holds the factory database.
@@ -16,9 +18,17 @@ public:
     QString path() const { return m_folder.path(); }
     QString file(const QString& name) const { return m_folder.filePath(name); }
     void write(const QString& name, const QByteArray& content) const;
+    /// The working database.
+    QString working() const { return m_working.connectionString(); }
+    /// The database in a file of the folder.
+    QString embedded(const QString& name) const
+    {
+        return QLatin1String("Provider=SQLite;Data Source=") + file(name);
+    }
 
 private:
     QTemporaryDir m_folder;
+    EmptyDatabase m_working;
 };
 
 } // namespace velmora

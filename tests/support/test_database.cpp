@@ -6,14 +6,15 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-TestDatabase::TestDatabase() : main(u"/nowhere"_s, user.prompts())
+TestDatabase::TestDatabase() : m_empty(m_folder.filePath(u"test.db"_s)), main(u"/nowhere"_s, user.prompts())
 {
-    main.connection.open("Provider=SQLite;Data Source="_L1 + m_folder.filePath(u"test.db"_s));
-    // No test cuts the power.
-    run(u"PRAGMA synchronous = OFF"_s);
+    main.connection.open(m_empty.connectionString());
+    if (!onServer())
+        run(u"PRAGMA synchronous = OFF"_s); // no test cuts the power
     for (const QString& statement : creationStatements())
-        run(statement);
-    main.connection.executePortable(privateStagingStatement());
+        main.connection.executePortable(statement);
+    main.connection.prepareSessions(
+        [](Connection& connection) { connection.executePortable(privateStagingStatement()); });
     main.connection.holdDeclaredTypes();
     main.userName = u"JDOE"_s;
     for (const QString& level : {u"E"_s, u"C"_s, u"P"_s, u"D"_s})
@@ -37,10 +38,20 @@ QString TestDatabase::value(const QString& query)
 void TestDatabase::addPhone(const QString& company, const QString& equipment, const QString& code,
                             const QString& description, const QString& mac)
 {
-    main.connection.execute(u"INSERT OR IGNORE INTO COMPANY VALUES(?, 'company')"_s, {company});
-    main.connection.execute(u"INSERT OR IGNORE INTO EQUIPMENT VALUES(?, 'model', ?)"_s,
-                            {equipment, equipment == "GXP2000"_L1 ? u"GRANDSTREAM"_s : equipment});
-    main.connection.execute(u"INSERT OR IGNORE INTO RANGES VALUES(?, ?)"_s, {company, code});
+    const auto addOnce = [this](const QString& table, const QStringList& keys, const QStringList& row) {
+        QStringList conditions;
+        for (qsizetype key = 0; key < keys.size(); ++key)
+            conditions << keys[key] + " = ?"_L1;
+        const QString query = "SELECT 1 FROM "_L1 + table + " WHERE "_L1 + conditions.join(" AND "_L1);
+        if (main.connection.select(query, row.first(keys.size())).eof())
+            main.connection.execute("INSERT INTO "_L1 + table + " VALUES("_L1 +
+                                        QStringList(row.size(), u"?"_s).join(u',') + u')',
+                                    row);
+    };
+    addOnce(u"COMPANY"_s, {u"CO_CODE"_s}, {company, u"company"_s});
+    addOnce(u"EQUIPMENT"_s, {u"EQ_CODE"_s},
+            {equipment, u"model"_s, equipment == "GXP2000"_L1 ? u"GRANDSTREAM"_s : equipment});
+    addOnce(u"RANGES"_s, {u"CO_CODE"_s, u"PH_CODE"_s}, {company, code});
     main.connection.execute(u"INSERT INTO PHONES VALUES(?, ?, ?, ?, ?)"_s,
                             {company, code, equipment, description, mac});
 }

@@ -3,15 +3,19 @@
 
 #include "startup/MMain.h"
 #include "support/recorded_prompts.h"
+#include "support/test_engine.h"
 
 #include <QTemporaryDir>
 
 namespace velmora {
 
-/// The database is a file in a folder of its own, opened the way the start-up does it. Besides the tables it
+/// The database is one of its own, opened the way the start-up does it. Besides the tables it
 /// holds the levels E, C, P and D, the type T and, so that lines can be compared, the text "code: $$" for
 /// every message code from M1 to M34 and M200 to M208.
 class TestDatabase {
+    QTemporaryDir m_folder;
+    EmptyDatabase m_empty;
+
 public:
     TestDatabase();
 
@@ -30,11 +34,9 @@ public:
                       const QString& value, const QString& description = QStringLiteral("about"));
     /// Makes the phones of the company the shared record set.
     void selectPhones(const QString& company);
+    QString connectionString() const { return m_empty.connectionString(); }
     /// A folder for output files.
     QString folder() const { return m_folder.path(); }
-
-private:
-    QTemporaryDir m_folder;
 };
 
 } // namespace velmora

@@ -1,0 +1,138 @@
+#include "database/mariadb_engine.h"
+
+#include "database/connection.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+/// https://mariadb.com/kb/en/mariadb-error-codes/
+constexpr int duplicateEntry = 1062;
+constexpr int connectionErrors[] = {
+    1927,       // the connection was killed
+    2002, 2003, // can't connect
+    2006,       // the server has gone away
+    2013,       // lost during a query
+    4031,       // closed by the server for being idle
+};
+
+/// In the words of this server: NVARCHAR would mean a character set of three bytes; a table's own follows its
+/// declaration; and each of several new columns has an ADD of its own.
+QString adapted(QString statement)
+{
+    static const QRegularExpression nationalText(u"\\bnvarchar\\b"_s,
+                                                 QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression creation(u"^CREATE (TEMPORARY )?TABLE "_s);
+    static const QRegularExpression newColumns(u"^ALTER TABLE \\w+ ADD (?!CONSTRAINT)"_s);
+    statement.replace(nationalText, u"varchar"_s);
+    if (creation.match(statement).hasMatch())
+        return statement + " ENGINE=InnoDB CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin"_L1;
+    if (newColumns.match(statement).hasMatch())
+        return statement.replace(", "_L1, ", ADD "_L1);
+    return statement;
+}
+
+} // namespace
+
+QString MariaDbEngine::driver() const
+{
+    return u"QMARIADB"_s;
+}
+
+void MariaDbEngine::configure(QSqlDatabase& database, const ConnectionString& string, OpenMode) const
+{
+    database.setHostName(string.required(u"Data Source"_s));
+    database.setDatabaseName(string.required(u"Initial Catalog"_s));
+    database.setUserName(string.required(u"User ID"_s));
+    database.setPassword(string.value(u"Password"_s));
+    const QString port = string.value(u"Port"_s);
+    bool isNumber = true;
+    database.setPort(port.isEmpty() ? 3306 : port.toUShort(&isNumber));
+    if (!isNumber)
+        throw DatabaseError(string.text(), u"The Port \"%1\" is no port number."_s.arg(port));
+    database.setConnectOptions(
+        u"MYSQL_OPT_CONNECT_TIMEOUT=%1;MYSQL_OPT_READ_TIMEOUT=%2;MYSQL_OPT_WRITE_TIMEOUT=%2"_s.arg(
+            QString::number(Connection::connectionTimeoutSeconds),
+            QString::number(Connection::commandTimeoutSeconds)));
+}
+
+void MariaDbEngine::prepareSession(Connection& connection, OpenMode mode) const
+{
+    connection.execute(u"SET NAMES utf8mb4 COLLATE utf8mb4_nopad_bin"_s);
+    // Staging reads other tables; only this isolation lets others write to them meanwhile.
+    connection.execute(u"SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"_s);
+    connection.execute(u"SET SESSION sql_mode = "
+                       u"'STRICT_ALL_TABLES,NO_ENGINE_SUBSTITUTION,NO_BACKSLASH_ESCAPES,PIPES_AS_CONCAT', "
+                       "max_statement_time = %1, innodb_lock_wait_timeout = %2"_s.arg(
+                           QString::number(Connection::commandTimeoutSeconds),
+                           QString::number(Connection::connectionTimeoutSeconds)));
+    if (mode == OpenMode::ReadOnly)
+        connection.execute(u"SET SESSION TRANSACTION READ ONLY"_s);
+}
+
+void MariaDbEngine::executePortable(Connection& connection, const QString& statement) const
+{
+    connection.execute(adapted(QString(statement).replace("'$$' + "_L1, "'$$' || "_L1)));
+}
+
+QString MariaDbEngine::keepCopy(Connection&, const QString&) const
+{
+    return {};
+}
+
+QString MariaDbEngine::beginTransaction() const
+{
+    return u"START TRANSACTION"_s;
+}
+
+DatabaseError::Reason MariaDbEngine::reason(const QSqlError& error) const
+{
+    const int code = error.nativeErrorCode().toInt();
+    if (code == duplicateEntry)
+        return DatabaseError::Reason::DuplicateKey;
+    return std::find(std::begin(connectionErrors), std::end(connectionErrors), code) !=
+                   std::end(connectionErrors)
+               ? DatabaseError::Reason::ConnectionLost
+               : DatabaseError::Reason::Other;
+}
+
+QStringList MariaDbEngine::tables(Connection& connection) const
+{
+    QStringList names;
+    for (Recordset rows = connection.select(
+             u"SELECT TABLE_NAME FROM information_schema.TABLES WHERE TABLE_SCHEMA = DATABASE() AND "
+             "TABLE_TYPE = 'BASE TABLE' ORDER BY TABLE_NAME"_s);
+         !rows.eof(); rows.moveNext())
+        names << rows.text(0);
+    return names;
+}
+
+QList<Column> MariaDbEngine::columns(Connection& connection, const QString& table) const
+{
+    QList<Column> columns;
+    for (Recordset rows = connection.select(
+             u"SELECT C.COLUMN_NAME, C.CHARACTER_MAXIMUM_LENGTH, K.ORDINAL_POSITION FROM "
+             u"information_schema.COLUMNS C "
+             "LEFT JOIN information_schema.KEY_COLUMN_USAGE K ON K.TABLE_SCHEMA = C.TABLE_SCHEMA AND "
+             "K.TABLE_NAME = "
+             "C.TABLE_NAME AND K.COLUMN_NAME = C.COLUMN_NAME AND K.CONSTRAINT_NAME = 'PRIMARY' "
+             "WHERE C.TABLE_SCHEMA = DATABASE() AND C.TABLE_NAME = ? ORDER BY C.ORDINAL_POSITION"_s,
+             {table});
+         !rows.eof(); rows.moveNext())
+        columns << Column{rows.text(0), rows.text(1).toInt(), rows.text(2).toInt()};
+    return columns;
+}
+
+void MariaDbEngine::holdDeclaredTypes(Connection&) const
+{
+    // Strict mode holds them.
+}
+
+} // namespace velmora
