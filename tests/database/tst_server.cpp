@@ -1,0 +1,264 @@
+// A server of this test's own: its session, its loss and return, and two installers at once.
+#include "database/transaction.h"
+#include "files/whole_file.h"
+#include "generation/generate.h"
+#include "startup/start_up.h"
+#include "support/program_folder_fixture.h"
+#include "support/test_database.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
+
+class tst_server : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void preparesItsSession();
+    void keepsTextsAsTheyAre();
+    void connectsAnewAfterALoss();
+    void keepsNothingOfALostTransaction();
+    void goesOnAfterTheServerIsBack();
+    void keepsNothingOfALostSeedLoad();
+    void servesTwoInstallersAtOnce();
+
+private:
+    int control(const QString& action) const
+    {
+        return QProcess::execute(QStringLiteral(VELMORA_SOURCE "/tests/support/mariadb-server"),
+                                 {action, m_server->path()});
+    }
+    /// Ends the server as a power cut does.
+    void killServer() const;
+    /// Ends the sessions of all other connections.
+    static void killSessions(TestDatabase& database);
+
+    std::unique_ptr<QTemporaryDir> m_server;
+};
+
+void tst_server::initTestCase()
+{
+    // In memory where that is possible; the folder must be open to the account that the server runs under.
+    m_server = std::make_unique<QTemporaryDir>(
+        (QDir(u"/dev/shm"_s).exists() ? u"/dev/shm"_s : QDir::tempPath()) + u"/velmora-server-XXXXXX"_s);
+    const int status = control(u"start"_s);
+    if (status == 77)
+        QSKIP("No MariaDB server is installed");
+    QCOMPARE(status, 0);
+    qputenv("VELMORA_TEST_SERVER", m_server->filePath(u"connection"_s).toUtf8());
+}
+
+void tst_server::cleanupTestCase()
+{
+    control(u"stop"_s);
+}
+
+void tst_server::killServer() const
+{
+    const int process = readWholeFile(m_server->filePath(u"pid"_s)).trimmed().toInt();
+    QCOMPARE(::kill(process, SIGKILL), 0);
+    QTRY_VERIFY(::kill(process, 0) != 0 || readWholeFile(u"/proc/%1/stat"_s.arg(process)).contains(") Z "));
+}
+
+void tst_server::killSessions(TestDatabase& database)
+{
+    Connection other;
+    other.open(database.connectionString());
+    for (
+        Recordset sessions = other.select(
+            u"SELECT ID FROM information_schema.PROCESSLIST WHERE ID <> CONNECTION_ID() AND DB = DATABASE()"_s);
+        !sessions.eof(); sessions.moveNext())
+        other.execute("KILL "_L1 + sessions.text(0));
+}
+
+void tst_server::preparesItsSession()
+{
+    TestDatabase database;
+    QCOMPARE(database.value(u"SELECT @@max_statement_time"_s).toDouble(), 180);
+    QCOMPARE(database.value(u"SELECT @@innodb_lock_wait_timeout"_s), u"30"_s);
+    QCOMPARE(database.value(u"SELECT @@tx_isolation"_s), u"READ-COMMITTED"_s);
+    Connection reader;
+    reader.open(database.connectionString(), OpenMode::ReadOnly);
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, reader.execute(u"INSERT INTO TYPES VALUES('X', 'x')"_s));
+    QCOMPARE(reader.columns(u"PHONES"_s).size(), 5);
+    QCOMPARE(reader.columns(u"PHONES"_s)[1].width, 5);
+    QCOMPARE(reader.columns(u"PHONES"_s)[1].keyPosition, 2);
+    QCOMPARE(reader.columns(u"PHONES"_s)[2].keyPosition, 0);
+    QCOMPARE(reader.tables().size(), 13);
+}
+
+void tst_server::keepsTextsAsTheyAre()
+{
+    TestDatabase database;
+    // Four bytes, a backslash, another case, a blank at the end: all are told apart, and none is changed.
+    const QStringList codes = {u"a"_s, u"A"_s, u"a "_s, u"\\n"_s, u"\U0001F600"_s, u"é"_s, u"e"_s};
+    for (const QString& code : codes)
+        database.run("INSERT INTO COMPANY VALUES('"_L1 + code + "', 'x')"_L1);
+    for (const QString& code : codes)
+        QCOMPARE(database.main.connection.select(u"SELECT CO_CODE FROM COMPANY WHERE CO_CODE = ?"_s, {code})
+                     .text(0),
+                 code);
+    QCOMPARE(database.value(u"SELECT COUNT(*) FROM COMPANY WHERE CO_CODE = 'a'"_s), u"1"_s);
+}
+
+void tst_server::connectsAnewAfterALoss()
+{
+    TestDatabase database;
+    killSessions(database);
+    try {
+        database.value(u"SELECT 1"_s);
+        QFAIL("not noticed");
+    } catch (const DatabaseError& error) {
+        QCOMPARE(error.reason(), DatabaseError::Reason::ConnectionLost);
+    }
+    QCOMPARE(database.value(u"SELECT @@tx_isolation"_s), u"READ-COMMITTED"_s);
+    // The staging table is again the session's own.
+    database.run(u"INSERT INTO EQ_TEMP VALUES('1', '', '', 'E')"_s);
+    Connection other;
+    other.open(database.connectionString());
+    QCOMPARE(other.select(u"SELECT COUNT(*) FROM EQ_TEMP"_s).text(0), u"0"_s);
+}
+
+void tst_server::keepsNothingOfALostTransaction()
+{
+    TestDatabase database;
+    {
+        Transaction transaction(database.main.connection);
+        database.run(u"INSERT INTO COMPANY VALUES('C1', 'before')"_s);
+        killSessions(database);
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, database.run(u"INSERT INTO COMPANY VALUES('C2', 'at')"_s));
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, database.run(u"INSERT INTO COMPANY VALUES('C3', 'after')"_s));
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, transaction.commit());
+    }
+    QCOMPARE(database.value(u"SELECT COUNT(*) FROM COMPANY"_s), u"0"_s);
+}
+
+void tst_server::goesOnAfterTheServerIsBack()
+{
+    TestDatabase database;
+    for (const QString& code : {u"101"_s, u"102"_s, u"103"_s})
+        database.addPhone(u"C1"_s, u"GXP2000"_s, code, u"phone"_s, "000000000"_L1 + code);
+    database.addParameter(u"GXP2000"_s, u"2"_s, u"E"_s, u"x"_s);
+    const QDir folder(database.folder());
+    const auto generate = [&](const std::function<void(qsizetype)>& onProgress) {
+        return Generate(database.main, {u"C1"_s, u"GXP2000"_s, u"101"_s, u"103"_s, {}, false, folder.path()},
+                        {[](const QString&) {}, [&](qsizetype done, qsizetype) { onProgress(done); }});
+    };
+    const auto files = [&folder] { return folder.entryList({u"cfg*"_s}, QDir::Files).size(); };
+    const auto restart = [this](qsizetype done) {
+        if (done == 1) {
+            killServer();
+            QCOMPARE(control(u"resume"_s), 0);
+        }
+    };
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, generate(restart));
+    QCOMPARE(files(), 1);
+    QVERIFY(generate([](qsizetype) {}));
+    QCOMPARE(files(), 3);
+
+    // While it is away, every try fails at once and clearly.
+    killServer();
+    for (int attempt = 0; attempt < 3; ++attempt)
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, generate([](qsizetype) {}));
+    QCOMPARE(control(u"resume"_s), 0);
+    QVERIFY(generate([](qsizetype) {}));
+}
+
+void tst_server::keepsNothingOfALostSeedLoad()
+{
+    const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
+    RecordedPrompts user;
+    QVERIFY(!StartUp(*std::make_unique<MMain>(folder.path(), user.prompts()), u"jdoe"_s));
+    QByteArray seed;
+    for (int row = 0; row < 500; ++row)
+        seed += "010142V;SYSTEM_PARAMETERS;SEED;" + QByteArray::number(row) + ";x\n";
+    folder.write(u"tarvel.csv"_s, seed);
+    int row = 0;
+    user.shown.clear();
+    user.onEvents = [&] {
+        if (++row == 100) {
+            killServer();
+            QCOMPARE(control(u"resume"_s), 0);
+        }
+    };
+    QVERIFY(!StartUp(*std::make_unique<MMain>(folder.path(), user.prompts()), u"jdoe"_s));
+    QCOMPARE(user.shown.size(), 1);
+    QVERIFY(QFile::exists(folder.file(u"tarvel.csv"_s)));
+    user.onEvents = {};
+    MMain main(folder.path(), user.prompts());
+    QVERIFY(StartUp(main, u"jdoe"_s));
+    QCOMPARE(
+        main.connection.select(u"SELECT COUNT(*) FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'SEED'"_s).text(0),
+        u"500"_s);
+    QCOMPARE(user.shown.size(), 1);
+}
+
+/// Two processes generate and a third connection edits: every file is the one that a process alone writes.
+void tst_server::servesTwoInstallersAtOnce()
+{
+    const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
+    const auto start = [&folder](QProcess& program, const QStringList& arguments) {
+        program.start(QStringLiteral(VELMORA_CLI),
+                      QStringList{u"--program-dir"_s, folder.path()} + arguments);
+    };
+    const auto finish = [](QProcess& program) {
+        return program.waitForFinished(60000) ? program.exitCode() : -1;
+    };
+    QProcess first;
+    QProcess second;
+    start(first, {u"start"_s});
+    QCOMPARE(finish(first), 3);
+    folder.write(u"tarvel.csv"_s, readWholeFile(QStringLiteral(VELMORA_SHARE "/demo.csv")));
+    start(first, {u"start"_s});
+    QCOMPARE(finish(first), 0);
+
+    const auto generate = [&](QProcess& program, const QString& company, const QString& into) {
+        QDir(folder.path()).mkpath(into);
+        start(program, {u"generate"_s, u"--company"_s, company, u"--equipment"_s, u"GXP2000"_s, u"--source"_s,
+                        u"--folder"_s, folder.file(into)});
+    };
+    const auto content = [&folder](const QString& name) {
+        QByteArray all;
+        const QDir files(folder.file(name));
+        for (const QString& file : files.entryList(QDir::Files, QDir::Name))
+            all += file.toUtf8() + '\n' + readWholeFile(files.filePath(file));
+        return all;
+    };
+    for (const QString& company : {u"LUNA"_s, u"NORD"_s}) {
+        generate(first, company, company + " alone"_L1);
+        QCOMPARE(finish(first), 0);
+    }
+
+    Connection editor;
+    editor.open(folder.working());
+    for (int round = 1; round <= 5; ++round) {
+        generate(first, u"LUNA"_s, u"LUNA %1"_s.arg(round));
+        generate(second, u"NORD"_s, u"NORD %1"_s.arg(round));
+        do {
+            editor.execute(
+                u"UPDATE COMPANY_PARAMETERS SET PA_VALUE = CONCAT(PA_VALUE, '') WHERE EQ_CODE = 'GXP2000'"_s);
+            editor.execute(u"UPDATE PHONES_PARAMETERS SET PA_VALUE = 'edited' WHERE EQ_CODE = 'F1000'"_s);
+            editor.execute(u"INSERT INTO PHONE_BOOK VALUES('LUNA', 'new', 'n', 'V', '', '', '', '')"_s);
+            editor.execute(u"DELETE FROM PHONE_BOOK WHERE BK_NUM = 'new'"_s);
+            first.waitForFinished(1);
+            second.waitForFinished(1);
+        } while (first.state() != QProcess::NotRunning || second.state() != QProcess::NotRunning);
+        QCOMPARE(first.exitCode(), 0);
+        QCOMPARE(second.exitCode(), 0);
+        for (const QString& company : {u"LUNA"_s, u"NORD"_s}) {
+            QVERIFY(content(company + " alone"_L1).size() > 10000);
+            QVERIFY(content(company + u" %1"_s.arg(round)) == content(company + " alone"_L1));
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_server)
+#include "tst_server.moc"
