@@ -3,6 +3,7 @@
 #include "files/whole_file.h"
 #include "startup/user_name.h"
 #include "support/program_folder_fixture.h"
+#include "support/rows.h"
 
 #include <QDir>
 #include <QProcess>
@@ -73,40 +74,36 @@ void tst_cli::initTestCase()
 
 void tst_cli::answers_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("out");
-    QTest::addColumn<QString>("err");
-    QTest::newRow("companies") << QStringList({u"list"_s, u"companies"_s}) << 0
-                               << u"LUNA\tLuna Bakeries\nNORD\tNordhafen Logistics\n"_s << QString();
-    QTest::newRow("models") << QStringList({u"list"_s, u"models"_s, u"--company"_s, u"NORD"_s}) << 0
-                            << u"F1000\tF1000 wireless handset\nGXP2000\tGrandstream GXP2000 desk phone\n"
-                               "PAP2\tPAP2 adapter for two analogue phones\n"_s
-                            << QString();
-    QTest::newRow("phones of a model")
-        << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"F1000"_s}) << 0
-        << u"117\tRounds foreman\n118\tDriver 1\n119\tDriver 2\n120\tCleaning\n"_s << QString();
-    QTest::newRow("no such company") << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"X"_s}) << 0
-                                     << QString() << QString();
-    QTest::newRow("nothing selected")
-        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"X"_s}) << 1 << QString()
-        << u"No phone matches the selection.\n"_s;
-    QTest::newRow("no such folder") << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s,
-                                                    u"--equipment"_s, u"PAP2"_s, u"--folder"_s,
-                                                    u"/no/such"_s})
-                                    << 1 << QString() << u"The folder /no/such does not exist.\n"_s;
-    QTest::newRow("a code that breaks the statement")
-        << QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"O'X"_s}) << 1 << QString()
-        << u"unrecognized token: \"X' ORDER BY PH_CODE\"\nSELECT PH_CODE, PH_DESC FROM PHONES WHERE CO_CODE "
-           u"= 'O'X' "
-           "ORDER BY PH_CODE\n"_s;
-    QTest::newRow("no command") << QStringList() << 2 << QString()
-                                << u"A subcommand is required\nRun with --help for more information.\n"_s;
-    QTest::newRow("unknown level")
-        << QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--levels"_s,
-                        u"device"_s})
-        << 2 << QString()
-        << u"--levels: device not in {phone,company,equipment}\nRun with --help for more information.\n"_s;
+    columns<QStringList, int, QString, QString>("arguments", "status", "out", "err");
+    row("companies", QStringList({u"list"_s, u"companies"_s}), 0,
+        "LUNA\tLuna Bakeries\nNORD\tNordhafen Logistics\n", QString());
+    row("models", QStringList({u"list"_s, u"models"_s, u"--company"_s, u"NORD"_s}), 0,
+        u"F1000\tF1000 wireless handset\nGXP2000\tGrandstream GXP2000 desk phone\n"
+        "PAP2\tPAP2 adapter for two analogue phones\n"_s,
+        QString());
+    row("phones of a model",
+        QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"F1000"_s}), 0,
+        "117\tRounds foreman\n118\tDriver 1\n119\tDriver 2\n120\tCleaning\n", QString());
+    row("no such company", QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"X"_s}), 0, QString(),
+        QString());
+    row("nothing selected", QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"X"_s}),
+        1, QString(), "No phone matches the selection.\n");
+    row("no such folder",
+        QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--folder"_s,
+                     u"/no/such"_s}),
+        1, QString(), "The folder /no/such does not exist.\n");
+    row("a code that breaks the statement", QStringList({u"list"_s, u"phones"_s, u"--company"_s, u"O'X"_s}),
+        1, QString(),
+        u"unrecognized token: \"X' ORDER BY PH_CODE\"\nSELECT PH_CODE, PH_DESC FROM PHONES WHERE CO_CODE "
+        u"= 'O'X' "
+        "ORDER BY PH_CODE\n"_s);
+    row("no command", QStringList(), 2, QString(),
+        "A subcommand is required\nRun with --help for more information.\n");
+    row("unknown level",
+        QStringList({u"generate"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s, u"--levels"_s,
+                     u"device"_s}),
+        2, QString(),
+        "--levels: device not in {phone,company,equipment}\nRun with --help for more information.\n");
 }
 
 void tst_cli::answers()

@@ -1,6 +1,7 @@
 // Connections to the embedded engine: opening, statements, transactions, declared widths and keys.
 #include "database/connection.h"
 #include "database/transaction.h"
+#include "support/rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -46,21 +47,17 @@ void tst_connection::init()
 
 void tst_connection::refusesToOpen_data()
 {
-    QTest::addColumn<QString>("string");
-    QTest::addColumn<QString>("words");
-    QTest::newRow("unknown provider")
-        << u"Provider=Oracle;Data Source=x"_s << u"Unknown Provider \"Oracle\""_s;
-    QTest::newRow("no provider") << u"Data Source=x"_s << u"lacks \"Provider\""_s;
-    QTest::newRow("no data source") << u"Provider=SQLite"_s << u"lacks \"Data Source\""_s;
-    QTest::newRow("empty data source") << u"Provider=SQLite;Data Source= "_s << u"lacks \"Data Source\""_s;
-    QTest::newRow("no pair") << u"Provider=SQLite;velmora.db"_s << u"\"velmora.db\""_s;
-    QTest::newRow("empty") << QString() << u"lacks \"Provider\""_s;
-    QTest::newRow("no such folder") << u"Provider=SQLite;Data Source=/no/such/folder/x.db"_s
-                                    << u"unable to open"_s;
-    QTest::newRow("a folder") << u"Provider=SQLite;Data Source=/"_s << u"unable to open"_s;
-    QTest::newRow("no database") << u"Provider=SQLite;Data Source="_s +
-                                        QCoreApplication::applicationFilePath()
-                                 << u"not a database"_s;
+    columns<QString, QString>("string", "words");
+    row("unknown provider", "Provider=Oracle;Data Source=x", "Unknown Provider \"Oracle\"");
+    row("no provider", "Data Source=x", "lacks \"Provider\"");
+    row("no data source", "Provider=SQLite", "lacks \"Data Source\"");
+    row("empty data source", "Provider=SQLite;Data Source= ", "lacks \"Data Source\"");
+    row("no pair", "Provider=SQLite;velmora.db", "\"velmora.db\"");
+    row("empty", QString(), "lacks \"Provider\"");
+    row("no such folder", "Provider=SQLite;Data Source=/no/such/folder/x.db", "unable to open");
+    row("a folder", "Provider=SQLite;Data Source=/", "unable to open");
+    row("no database", u"Provider=SQLite;Data Source="_s + QCoreApplication::applicationFilePath(),
+        "not a database");
 }
 
 void tst_connection::refusesToOpen()
@@ -153,19 +150,16 @@ void tst_connection::waitsForAnotherWriter()
 
 void tst_connection::holdsDeclaredTypes_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("refusal");
-    QTest::newRow("fits") << u"INSERT INTO T VALUES('12345', 'b', NULL)"_s << QString();
-    QTest::newRow("fits in characters") << u"INSERT INTO T VALUES('éééé€', 'b', NULL)"_s << QString();
-    QTest::newRow("key too long") << u"INSERT INTO T VALUES('123456', 'b', NULL)"_s
-                                  << u"T.K holds at most 5 characters"_s;
-    QTest::newRow("second key missing") << u"INSERT INTO T VALUES('a', NULL, NULL)"_s << u"T.L is required"_s;
-    QTest::newRow("value too long") << u"INSERT INTO T VALUES('a', 'b', '1234')"_s
-                                    << u"T.V holds at most 3 characters"_s;
-    QTest::newRow("update too long") << u"UPDATE T SET V = '1234'"_s << u"T.V holds at most 3 characters"_s;
-    QTest::newRow("update fits") << u"UPDATE T SET V = '123'"_s << QString();
-    QTest::newRow("own table") << u"INSERT INTO OWN VALUES('1234')"_s
-                               << u"CHECK constraint failed: K holds at most 3 characters"_s;
+    columns<QString, QString>("statement", "refusal");
+    row("fits", "INSERT INTO T VALUES('12345', 'b', NULL)", QString());
+    row("fits in characters", "INSERT INTO T VALUES('éééé€', 'b', NULL)", QString());
+    row("key too long", "INSERT INTO T VALUES('123456', 'b', NULL)", "T.K holds at most 5 characters");
+    row("second key missing", "INSERT INTO T VALUES('a', NULL, NULL)", "T.L is required");
+    row("value too long", "INSERT INTO T VALUES('a', 'b', '1234')", "T.V holds at most 3 characters");
+    row("update too long", "UPDATE T SET V = '1234'", "T.V holds at most 3 characters");
+    row("update fits", "UPDATE T SET V = '123'", QString());
+    row("own table", "INSERT INTO OWN VALUES('1234')",
+        "CHECK constraint failed: K holds at most 3 characters");
 }
 
 void tst_connection::holdsDeclaredTypes()

@@ -6,6 +6,7 @@
 #include "files/file_error.h"
 #include "files/whole_file.h"
 #include "startup/menu.h"
+#include "support/rows.h"
 
 #include <QDirIterator>
 #include <QRegularExpression>
@@ -63,17 +64,14 @@ QSet<QString> tst_factory::codes(const QString& language)
 
 void tst_factory::readsSeparatedValues_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QList<QStringList>>("rows");
-    QTest::newRow("empty") << QString() << QList<QStringList>();
-    QTest::newRow("plain") << u"a;b\nc;\n"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u""_s}};
-    QTest::newRow("no last line end")
-        << u"a;b\r\nc;d"_s << QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}};
-    QTest::newRow("device value with semicolons")
-        << u"343;\"f1=350@-13,f2=440@-13,c=0/0;\";E\n"_s
-        << QList<QStringList>{{u"343"_s, u"f1=350@-13,f2=440@-13,c=0/0;"_s, u"E"_s}};
-    QTest::newRow("quotes and line end")
-        << u"\"say \"\"a;b\"\"\nnow\";\"\"\n"_s << QList<QStringList>{{u"say \"a;b\"\nnow"_s, u""_s}};
+    columns<QString, QList<QStringList>>("text", "rows");
+    row("empty", QString(), QList<QStringList>());
+    row("plain", "a;b\nc;\n", QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u""_s}});
+    row("no last line end", "a;b\r\nc;d", QList<QStringList>{{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}});
+    row("device value with semicolons", "343;\"f1=350@-13,f2=440@-13,c=0/0;\";E\n",
+        QList<QStringList>{{u"343"_s, u"f1=350@-13,f2=440@-13,c=0/0;"_s, u"E"_s}});
+    row("quotes and line end", "\"say \"\"a;b\"\"\nnow\";\"\"\n",
+        QList<QStringList>{{u"say \"a;b\"\nnow"_s, u""_s}});
 }
 
 void tst_factory::readsSeparatedValues()
@@ -84,13 +82,10 @@ void tst_factory::readsSeparatedValues()
 
 void tst_factory::refusesBrokenQuotes_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("reason");
-    QTest::newRow("not closed") << u"a\n\"b;c\n"_s << QByteArray("row 2: a quote is not closed");
-    QTest::newRow("in the middle") << u"a\"b;c\n"_s
-                                   << QByteArray("row 1: a quote stands in an unquoted field");
-    QTest::newRow("text after it") << u"\"a\"b;c\n"_s
-                                   << QByteArray("row 1: a quote ends before its field does");
+    columns<QString, QByteArray>("text", "reason");
+    row("not closed", "a\n\"b;c\n", QByteArray("row 2: a quote is not closed"));
+    row("in the middle", "a\"b;c\n", QByteArray("row 1: a quote stands in an unquoted field"));
+    row("text after it", "\"a\"b;c\n", QByteArray("row 1: a quote ends before its field does"));
 }
 
 void tst_factory::refusesBrokenQuotes()

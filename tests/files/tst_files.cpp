@@ -3,6 +3,7 @@
 #include "files/file_error.h"
 #include "files/stored_path.h"
 #include "files/whole_file.h"
+#include "support/rows.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -48,16 +49,14 @@ private Q_SLOTS:
 
 void tst_files::encodes_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("complete");
-    QTest::newRow("ascii") << u"P2=a&b;\r\n"_s << QByteArray("P2=a&b;\r\n") << true;
-    QTest::newRow("latin") << u"\u00A0é\u00FF"_s << QByteArray("\xA0\xE9\xFF") << true;
-    QTest::newRow("upper controls") << u"€‚Ÿž™"_s << QByteArray("\x80\x82\x9F\x9E\x99") << true;
-    QTest::newRow("unassigned stay") << u"\u0081\u009D"_s << QByteArray("\x81\x9D") << true;
-    QTest::newRow("control without place") << u"\u0080"_s << QByteArray("?") << false;
-    QTest::newRow("outside") << u"ałb"_s << QByteArray("a?b") << false;
-    QTest::newRow("beyond the basic plane") << u"a\U0001F600b"_s << QByteArray("a?b") << false;
+    columns<QString, QByteArray, bool>("text", "bytes", "complete");
+    row("ascii", "P2=a&b;\r\n", QByteArray("P2=a&b;\r\n"), true);
+    row("latin", "\u00A0é\u00FF", QByteArray("\xA0\xE9\xFF"), true);
+    row("upper controls", "€‚Ÿž™", QByteArray("\x80\x82\x9F\x9E\x99"), true);
+    row("unassigned stay", "\u0081\u009D", QByteArray("\x81\x9D"), true);
+    row("control without place", "\u0080", QByteArray("?"), false);
+    row("outside", "ałb", QByteArray("a?b"), false);
+    row("beyond the basic plane", "a\U0001F600b", QByteArray("a?b"), false);
 }
 
 void tst_files::encodes()
@@ -70,12 +69,11 @@ void tst_files::encodes()
 
 void tst_files::decodes_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("utf-8 with mark") << QByteArray("\xEF\xBB\xBFnum\xC3\xA9") << u"numé"_s;
-    QTest::newRow("utf-8 without mark") << QByteArray("num\xC3\xA9") << u"numé"_s;
-    QTest::newRow("windows-1252") << QByteArray("num\xE9 \x80") << u"numé €"_s;
-    QTest::newRow("utf-8 cut off") << QByteArray("num\xC3") << u"numÃ"_s;
+    columns<QByteArray, QString>("bytes", "text");
+    row("utf-8 with mark", QByteArray("\xEF\xBB\xBFnum\xC3\xA9"), "numé");
+    row("utf-8 without mark", QByteArray("num\xC3\xA9"), "numé");
+    row("windows-1252", QByteArray("num\xE9 \x80"), "numé €");
+    row("utf-8 cut off", QByteArray("num\xC3"), "numÃ");
 }
 
 void tst_files::decodes()
@@ -107,14 +105,13 @@ void tst_files::replacesAFileWholeOrNotAtAll()
 
 void tst_files::cutsOneTrailingSeparator_data()
 {
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("cut");
-    QTest::newRow("backslash") << u"C:\\out\\"_s << u"C:\\out"_s;
-    QTest::newRow("two") << u"C:\\out\\\\"_s << u"C:\\out\\"_s;
-    QTest::newRow("slash") << u"/out/"_s << u"/out"_s;
-    QTest::newRow("root") << u"/"_s << u"/"_s;
-    QTest::newRow("none") << u"out"_s << u"out"_s;
-    QTest::newRow("empty") << QString() << QString();
+    columns<QString, QString>("stored", "cut");
+    row("backslash", "C:\\out\\", "C:\\out");
+    row("two", "C:\\out\\\\", "C:\\out\\");
+    row("slash", "/out/", "/out");
+    row("root", "/", "/");
+    row("none", "out", "out");
+    row("empty", QString(), QString());
 }
 
 void tst_files::cutsOneTrailingSeparator()

@@ -1,6 +1,7 @@
 // The generation window, driven with mouse and keys over the real database.
 #include "files/whole_file.h"
 #include "generation/FGenerate.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QDir>
@@ -132,14 +133,13 @@ void tst_FGenerate::fillsOneListAfterTheOther()
 
 void tst_FGenerate::remembersLevelsAndFolder_data()
 {
-    QTest::addColumn<QString>("remembered");
-    QTest::addColumn<QString>("boxes");
-    QTest::newRow("nothing") << u""_s << u"111"_s;
-    QTest::newRow("all") << u"111"_s << u"111"_s;
-    QTest::newRow("a blank leaves it") << u"0 0"_s << u"010"_s;
-    QTest::newRow("any other character") << u"x0y"_s << u"101"_s;
-    QTest::newRow("too short") << u"0"_s << u"011"_s;
-    QTest::newRow("too long") << u"1101111"_s << u"110"_s;
+    columns<QString, QString>("remembered", "boxes");
+    row("nothing", "", "111");
+    row("all", "111", "111");
+    row("a blank leaves it", "0 0", "010");
+    row("any other character", "x0y", "101");
+    row("too short", "0", "011");
+    row("too long", "1101111", "110");
 }
 
 void tst_FGenerate::remembersLevelsAndFolder()
@@ -173,13 +173,12 @@ void tst_FGenerate::keepsOneLevel()
 
 void tst_FGenerate::needsAnExistingFolder_data()
 {
-    QTest::addColumn<QString>("below");
-    QTest::addColumn<bool>("enabled");
-    QTest::newRow("exists") << u""_s << true;
-    QTest::newRow("missing") << u"/missing"_s << false;
-    QTest::newRow("differs from phone to phone") << u"/$$P"_s << true;
-    QTest::newRow("differs inside a name") << u"/phone $$P"_s << true;
-    QTest::newRow("differs below a missing one") << u"/missing/$$P"_s << false;
+    columns<QString, bool>("below", "enabled");
+    row("exists", "", true);
+    row("missing", "/missing", false);
+    row("differs from phone to phone", "/$$P", true);
+    row("differs inside a name", "/phone $$P", true);
+    row("differs below a missing one", "/missing/$$P", false);
 }
 
 void tst_FGenerate::needsAnExistingFolder()

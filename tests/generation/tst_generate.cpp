@@ -1,7 +1,7 @@
 // Whole runs: from the database to the files in a folder, the lines and the messages.
 #include "files/whole_file.h"
 #include "generation/generate.h"
-#include "generation/rows.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QDirIterator>

@@ -1,6 +1,6 @@
 // What stands in the staging table for one phone, through the embedded database.
-#include "generation/rows.h"
 #include "generation/staging.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QRegularExpression>

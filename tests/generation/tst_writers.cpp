@@ -1,6 +1,6 @@
 // The image at its edges; tst_generate compares the files of all writers.
 #include "generation/GXP2000.h"
-#include "generation/rows.h"
+#include "support/rows.h"
 
 using namespace Qt::StringLiterals;
 

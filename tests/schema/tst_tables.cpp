@@ -1,5 +1,6 @@
 // The thirteen tables in the real engine: what they hold together, and what they refuse.
 #include "schema/tables.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QTest>
@@ -40,22 +41,19 @@ void tst_tables::areStoredAsTheyAreWritten()
 
 void tst_tables::refuses_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::newRow("a phone outside its company's range")
-        << u"INSERT INTO PHONES VALUES('C1', '999', 'GXP2000', '', '')"_s;
-    QTest::newRow("a phone of an unknown model")
-        << u"INSERT INTO PHONES VALUES('C1', '102', 'NONE', '', '')"_s;
-    QTest::newRow("a company that has phones to be deleted") << u"DELETE FROM COMPANY WHERE CO_CODE = 'C1'"_s;
-    QTest::newRow("a used range to be deleted") << u"DELETE FROM RANGES WHERE PH_CODE = '101'"_s;
-    QTest::newRow("a value of an unknown parameter")
-        << u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'GXP2000', '5', '')"_s;
-    QTest::newRow("a parameter of an unknown level")
-        << u"INSERT INTO EQUIPMENT_PARAMETERS VALUES('GXP2000', '5', '', 'X', '', 'T', '')"_s;
-    QTest::newRow("a phone-book entry with an unknown flag")
-        << u"INSERT INTO PHONE_BOOK VALUES('C1', '1', '', 'V', '', '', '', '')"_s;
-    QTest::newRow("a company code of six characters") << u"INSERT INTO COMPANY VALUES('123456', '')"_s;
-    QTest::newRow("a company without code") << u"INSERT INTO COMPANY VALUES(NULL, '')"_s;
-    QTest::newRow("a company without name") << u"INSERT INTO COMPANY VALUES('C2', NULL)"_s;
+    columns<QString>("statement");
+    row("a phone outside its company's range", "INSERT INTO PHONES VALUES('C1', '999', 'GXP2000', '', '')");
+    row("a phone of an unknown model", "INSERT INTO PHONES VALUES('C1', '102', 'NONE', '', '')");
+    row("a company that has phones to be deleted", "DELETE FROM COMPANY WHERE CO_CODE = 'C1'");
+    row("a used range to be deleted", "DELETE FROM RANGES WHERE PH_CODE = '101'");
+    row("a value of an unknown parameter", "INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'GXP2000', '5', '')");
+    row("a parameter of an unknown level",
+        "INSERT INTO EQUIPMENT_PARAMETERS VALUES('GXP2000', '5', '', 'X', '', 'T', '')");
+    row("a phone-book entry with an unknown flag",
+        "INSERT INTO PHONE_BOOK VALUES('C1', '1', '', 'V', '', '', '', '')");
+    row("a company code of six characters", "INSERT INTO COMPANY VALUES('123456', '')");
+    row("a company without code", "INSERT INTO COMPANY VALUES(NULL, '')");
+    row("a company without name", "INSERT INTO COMPANY VALUES('C2', NULL)");
 }
 
 void tst_tables::refuses()

@@ -1,6 +1,7 @@
 // The main window: menu, rights, captions, children, closing.
 #include "startup/FMain.h"
 #include "startup/menu.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QAction>
@@ -80,14 +81,13 @@ void tst_FMain::translatesTitleAndMenu()
 
 void tst_FMain::enablesByRightsAndActions_data()
 {
-    QTest::addColumn<QString>("right");
-    QTest::addColumn<QStringList>("enabled");
-    QTest::newRow("everything") << u"'*', '*'"_s
-                                << QStringList({u"Files"_s, u"Quit"_s, u"Generate"_s, u"GenConf"_s,
-                                                u"PhoneBook"_s, u"Reboot"_s, u"Help"_s});
-    QTest::newRow("one item of the user") << u"'JDOE', 'GenConf'"_s << QStringList(u"GenConf"_s);
-    QTest::newRow("an item that does not exist yet") << u"'JDOE', 'Ranges'"_s << QStringList();
-    QTest::newRow("another user") << u"'ASMITH', '*'"_s << QStringList();
+    columns<QString, QStringList>("right", "enabled");
+    row("everything", "'*', '*'",
+        QStringList(
+            {u"Files"_s, u"Quit"_s, u"Generate"_s, u"GenConf"_s, u"PhoneBook"_s, u"Reboot"_s, u"Help"_s}));
+    row("one item of the user", "'JDOE', 'GenConf'", QStringList(u"GenConf"_s));
+    row("an item that does not exist yet", "'JDOE', 'Ranges'", QStringList());
+    row("another user", "'ASMITH', '*'", QStringList());
 }
 
 void tst_FMain::enablesByRightsAndActions()

@@ -1,6 +1,7 @@
 // The lookups that every part uses: texts, messages, parameter values, macros, folders, menu rights.
 #include "startup/menu.h"
 #include "startup/version.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QDir>
@@ -57,18 +58,15 @@ void tst_lookups::showsMessages()
 
 void tst_lookups::resolvesParameterValues_data()
 {
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("default, macro untouched") << u"e"_s << u"default $$P"_s << QStringList();
-    QTest::newRow("company") << u"c"_s << u"company 1234"_s << QStringList();
-    QTest::newRow("phone") << u"p"_s << u"phone O'Neil"_s << QStringList();
-    QTest::newRow("not in the catalogue") << u"none"_s << QString() << QStringList(u"M1: none"_s);
-    QTest::newRow("unknown level") << u"x"_s << QString() << QStringList(u"M2: x"_s);
-    QTest::newRow("device level") << u"d"_s << QString() << QStringList(u"M3: d"_s);
-    QTest::newRow("no phone value, though there is a default")
-        << u"p2"_s << QString() << QStringList(u"M4: p2"_s);
-    QTest::newRow("no company value") << u"c2"_s << QString() << QStringList(u"M5: c2"_s);
+    columns<QString, QString, QStringList>("code", "value", "shown");
+    row("default, macro untouched", "e", "default $$P", QStringList());
+    row("company", "c", "company 1234", QStringList());
+    row("phone", "p", "phone O'Neil", QStringList());
+    row("not in the catalogue", "none", QString(), QStringList(u"M1: none"_s));
+    row("unknown level", "x", QString(), QStringList(u"M2: x"_s));
+    row("device level", "d", QString(), QStringList(u"M3: d"_s));
+    row("no phone value, though there is a default", "p2", QString(), QStringList(u"M4: p2"_s));
+    row("no company value", "c2", QString(), QStringList(u"M5: c2"_s));
 }
 
 void tst_lookups::resolvesParameterValues()
@@ -95,15 +93,12 @@ void tst_lookups::resolvesParameterValues()
 
 void tst_lookups::expandsMacros_data()
 {
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("refused");
-    QTest::addColumn<bool>("unknown");
+    columns<QString, QString, QString, bool>("value", "text", "refused", "unknown");
     const auto good = [](const char* name, const QString& value, const QString& text) {
-        QTest::newRow(name) << value << text << QString() << false;
+        row(name, value, text, QString(), false);
     };
     const auto bad = [](const char* name, const QString& value, const QString& token, bool unknown) {
-        QTest::newRow(name) << value << value << token << unknown;
+        row(name, value, value, token, unknown);
     };
     good("none", u"a $ b"_s, u"a $ b"_s);
     good("code", u"ext$$P"_s, u"ext1234"_s);
@@ -177,19 +172,17 @@ void tst_lookups::choosesFolders()
 
 void tst_lookups::grantsMenuItems_data()
 {
-    QTest::addColumn<QStringList>("rows");
-    QTest::addColumn<bool>("granted");
-    QTest::addColumn<bool>("reachable");
-    QTest::newRow("no rows") << QStringList() << false << false;
-    QTest::newRow("everybody everything") << QStringList(u"'*', '*'"_s) << true << true;
-    QTest::newRow("everybody, whatever the value") << QStringList(u"'*', 'Reboot'"_s) << true << true;
-    QTest::newRow("the item to everybody") << QStringList(u"'GenConf', 'x'"_s) << true << false;
-    QTest::newRow("the user everything") << QStringList(u"'JDOE', '*'"_s) << true << true;
-    QTest::newRow("the user the item only") << QStringList(u"'JDOE', 'GenConf'"_s) << true << false;
-    QTest::newRow("the user the item, everybody the submenu")
-        << QStringList({u"'JDOE', 'GenConf'"_s, u"'Generate', ''"_s}) << true << true;
-    QTest::newRow("another user") << QStringList(u"'ASMITH', '*'"_s) << false << false;
-    QTest::newRow("another case") << QStringList(u"'JDOE', 'GENCONF'"_s) << false << false;
+    columns<QStringList, bool, bool>("rows", "granted", "reachable");
+    row("no rows", QStringList(), false, false);
+    row("everybody everything", QStringList(u"'*', '*'"_s), true, true);
+    row("everybody, whatever the value", QStringList(u"'*', 'Reboot'"_s), true, true);
+    row("the item to everybody", QStringList(u"'GenConf', 'x'"_s), true, false);
+    row("the user everything", QStringList(u"'JDOE', '*'"_s), true, true);
+    row("the user the item only", QStringList(u"'JDOE', 'GenConf'"_s), true, false);
+    row("the user the item, everybody the submenu",
+        QStringList({u"'JDOE', 'GenConf'"_s, u"'Generate', ''"_s}), true, true);
+    row("another user", QStringList(u"'ASMITH', '*'"_s), false, false);
+    row("another case", QStringList(u"'JDOE', 'GENCONF'"_s), false, false);
 }
 
 void tst_lookups::grantsMenuItems()

@@ -6,6 +6,7 @@
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
 #include "support/recorded_prompts.h"
+#include "support/rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -120,14 +121,11 @@ QStringList tst_start_up::everyRow(const QString& database)
 
 void tst_start_up::readsParamDB_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("working");
-    QTest::addColumn<QString>("original");
-    QTest::newRow("two lines") << u"A=$$APPPATH$$/$$APPPATH$$\r\nB=$$APPPATH$$\r\nignored"_s << u"A=/f//f"_s
-                               << u"B=/f"_s;
-    QTest::newRow("one line") << u"A=1"_s << u"A=1"_s << QString();
-    QTest::newRow("empty second") << u"A=1\n\nC"_s << u"A=1"_s << QString();
-    QTest::newRow("empty") << QString() << QString() << QString();
+    columns<QString, QString, QString>("text", "working", "original");
+    row("two lines", "A=$$APPPATH$$/$$APPPATH$$\r\nB=$$APPPATH$$\r\nignored", "A=/f//f", "B=/f");
+    row("one line", "A=1", "A=1", QString());
+    row("empty second", "A=1\n\nC", "A=1", QString());
+    row("empty", QString(), QString(), QString());
 }
 
 void tst_start_up::readsParamDB()
@@ -163,15 +161,12 @@ void tst_start_up::endsWithoutParamDB()
 
 void tst_start_up::tellsWhichDatabaseFails_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("details");
-    QTest::newRow("unknown provider")
-        << QByteArray("Provider=Oracle;Data Source=x") << u"Unknown Provider \"Oracle\""_s;
-    QTest::newRow("not a database") << QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/ParamDB.txt")
-                                    << u"not a database"_s;
-    QTest::newRow("no folder") << QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/no/x.db")
-                               << u"unable to open"_s;
-    QTest::newRow("empty line") << QByteArray() << u"Provider"_s;
+    columns<QByteArray, QString>("line", "details");
+    row("unknown provider", QByteArray("Provider=Oracle;Data Source=x"), "Unknown Provider \"Oracle\"");
+    row("not a database", QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/ParamDB.txt"),
+        "not a database");
+    row("no folder", QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/no/x.db"), "unable to open");
+    row("empty line", QByteArray(), "Provider");
 }
 
 void tst_start_up::tellsWhichDatabaseFails()
@@ -285,15 +280,12 @@ void tst_start_up::readsTheLanguage()
 
 void tst_start_up::asksSuperusers_data()
 {
-    QTest::addColumn<QString>("superuser");
-    QTest::addColumn<std::optional<QString>>("answer");
-    QTest::addColumn<QString>("userName");
-    QTest::addColumn<int>("questions");
+    columns<QString, std::optional<QString>, QString, int>("superuser", "answer", "userName", "questions");
     using Answer = std::optional<QString>;
-    QTest::newRow("nobody") << u"USERNAME"_s << Answer(u"other"_s) << u"JDOE"_s << 0;
-    QTest::newRow("acts as another") << u"JDOE"_s << Answer(u"other"_s) << u"OTHER"_s << 1;
-    QTest::newRow("clears the box") << u"JDOE"_s << Answer(u""_s) << u"JDOE"_s << 1;
-    QTest::newRow("cancels") << u"JDOE"_s << Answer() << u"JDOE"_s << 1;
+    row("nobody", "USERNAME", Answer(u"other"_s), "JDOE", 0);
+    row("acts as another", "JDOE", Answer(u"other"_s), "OTHER", 1);
+    row("clears the box", "JDOE", Answer(u""_s), "JDOE", 1);
+    row("cancels", "JDOE", Answer(), "JDOE", 1);
 }
 
 void tst_start_up::asksSuperusers()

@@ -6,6 +6,7 @@
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
 #include "support/recorded_prompts.h"
+#include "support/rows.h"
 
 #include <QFile>
 #include <QProcess>
@@ -43,6 +44,8 @@ private:
 
     std::unique_ptr<ProgramFolderFixture> m_folder;
     std::unique_ptr<Connection> m_database;
+    /// The details of what the last start showed.
+    QStringList m_details;
 };
 
 void tst_upgrade::init()
@@ -128,16 +131,16 @@ QStringList tst_upgrade::start(bool ready)
     if (StartUp(main, u"jdoe"_s) != ready)
         QTest::qFail("the start-up ended otherwise", __FILE__, __LINE__);
     m_database->open(m_folder->working());
+    m_details = user.details;
     return user.shown;
 }
 
 void tst_upgrade::stampsWithoutAStep_data()
 {
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("same") << u"010142"_s << QStringList();
-    QTest::newRow("after the last step") << u"010140"_s << QStringList(u"Update From 010140 To 010142"_s);
-    QTest::newRow("later") << u"010200"_s << QStringList(u"Update From 010200 To 010142"_s);
+    columns<QString, QStringList>("stored", "shown");
+    row("same", "010142", QStringList());
+    row("after the last step", "010140", QStringList(u"Update From 010140 To 010142"_s));
+    row("later", "010200", QStringList(u"Update From 010200 To 010142"_s));
 }
 
 void tst_upgrade::stampsWithoutAStep()
@@ -192,6 +195,7 @@ void tst_upgrade::extendsThePhoneBookAndRebuildsTheKeys()
     execute(u"CREATE INDEX MINE ON PHONES_PARAMETERS (PA_VALUE)"_s);
     const QStringList before = everything();
     QCOMPARE(start(), QStringList(u"Update From 010120 To 010142"_s));
+    const QString details = m_details.value(0);
 
     QCOMPARE(rows(u"SELECT * FROM PHONE_BOOK"_s), QStringList(u"C1|5|Eva|V||||"_s));
     QCOMPARE(rows(u"SELECT * FROM PHONES_PARAMETERS"_s), QStringList(u"C1|PAP2|101|Static_IP|10.0.0.1"_s));
@@ -228,7 +232,8 @@ void tst_upgrade::extendsThePhoneBookAndRebuildsTheKeys()
             QCOMPARE(found.join(u'\n'), expected);
         }
 
-    // The copy is the database as it was.
+    // The copy is the database as it was, and the message says where it is.
+    QVERIFY2(details.contains(m_folder->file(u"velmora-010120.db"_s)), qPrintable(details));
     m_database->open("Provider=SQLite;Data Source="_L1 + m_folder->file(u"velmora-010120.db"_s));
     QCOMPARE(everything(), before);
 }
