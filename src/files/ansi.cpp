@@ -38,15 +38,18 @@ QString fromAnsi(const QByteArray& bytes)
 bool appendAnsi(QByteArray& bytes, QStringView text)
 {
     bool complete = true;
-    bytes.reserve(bytes.size() + text.size());
+    const qsizetype before = bytes.size();
+    bytes.resize(before + text.size());
+    char* end = bytes.data() + before;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const int byte = ansiByte(text[i].unicode());
-        bytes.append(byte < 0 ? '?' : static_cast<char>(byte));
+        *end++ = byte < 0 ? '?' : static_cast<char>(byte);
         complete = complete && byte >= 0;
         // A character beyond the basic plane is two code units but one "?".
         if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
             ++i;
     }
+    bytes.truncate(end - bytes.constData());
     return complete;
 }
 

@@ -22,8 +22,8 @@ struct LevelRows {
 /// whose catalogue describes the parameters; one that this catalogue lacks has no description.
 QString valuesOf(QLatin1StringView table, QLatin1StringView level)
 {
-    return "SELECT V.PA_CODE, COALESCE(E.PA_DESC, '') AS PA_DESC, V.PA_VALUE, "_L1 + level +
-           " AS LE_CODE FROM "_L1 + table +
+    return "SELECT V.PA_CODE, COALESCE(E.PA_DESC, '') AS PA_DESC, V.PA_VALUE, '"_L1 + level +
+           "' AS LE_CODE FROM "_L1 + table +
            " V LEFT JOIN EQUIPMENT_PARAMETERS E ON E.EQ_CODE = ? AND E.PA_CODE = V.PA_CODE WHERE "_L1;
 }
 
@@ -83,7 +83,7 @@ void stageLevel(MMain& main, const LevelRows& level, const LineSink& line)
 
 LevelRows equipmentLevel(const Phone& phone)
 {
-    return {u"'E'"_s,
+    return {u"E"_s,
             u"SELECT PA_CODE, PA_DESC, PA_DEFAULT AS PA_VALUE, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE "
             "EQ_CODE = ? AND LE_CODE = 'E'"_s,
             {phone.equipment}};
@@ -91,16 +91,16 @@ LevelRows equipmentLevel(const Phone& phone)
 
 LevelRows companyLevel(const Phone& phone)
 {
-    return {u"'C'"_s,
-            valuesOf("COMPANY_PARAMETERS"_L1, "'C'"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
+    return {u"C"_s,
+            valuesOf("COMPANY_PARAMETERS"_L1, "C"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ?"_L1,
             {phone.equipment, phone.company, phone.equipment}};
 }
 
 /// All models count, not only the phone's. Naming them lets the primary key find the rows.
 LevelRows phoneLevel(const Phone& phone)
 {
-    return {u"'P'"_s,
-            valuesOf("PHONES_PARAMETERS"_L1, "'P'"_L1) +
+    return {u"P"_s,
+            valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) +
                 "V.CO_CODE = ? AND V.EQ_CODE IN (SELECT EQ_CODE FROM EQUIPMENT) AND V.PH_CODE = ?"_L1,
             {phone.equipment, phone.company, phone.code}};
 }
@@ -118,11 +118,19 @@ QList<LevelRows> wantedLevels(const Phone& phone, const Levels& levels)
     return wanted;
 }
 
-QList<Parameter> stagedParameters(MMain& main, const QString& condition)
+/// The condition for the staged rows of some levels, for use with their codes as values.
+QString ofLevels(QLatin1StringView comparison, const QStringList& levels)
 {
-    Cursor rows = main.connection.cursor("SELECT * FROM EQ_TEMP"_L1 + condition + " ORDER BY PA_CODE"_L1);
+    if (levels.isEmpty())
+        return {};
+    return " WHERE LE_CODE "_L1 + comparison + " ("_L1 + QStringList(levels.size(), u"?"_s).join(u',') + u')';
+}
+
+QList<Parameter> stagedParameters(MMain& main, const QString& condition, const QStringList& levels)
+{
+    const QString statement = "SELECT * FROM EQ_TEMP"_L1 + condition + " ORDER BY PA_CODE"_L1;
     QList<Parameter> parameters;
-    while (rows.next())
+    for (Recordset rows = main.connection.select(statement, levels); !rows.eof(); rows.moveNext())
         parameters << Parameter{rows.text(0), rows.text(1), rows.text(2)};
     return parameters;
 }
@@ -147,11 +155,11 @@ std::optional<QList<Parameter>> stageWhole(MMain& main, const LevelRows& level)
         // Which row is refused shows when the rows are staged for each phone.
         return std::nullopt;
     }
-    const QString condition = " WHERE LE_CODE = "_L1 + level.level;
-    const QList<Parameter> parameters = stagedParameters(main, condition);
+    const QString condition = ofLevels("IN"_L1, {level.level});
+    const QList<Parameter> parameters = stagedParameters(main, condition, {level.level});
     if (!needsExpansion(parameters))
         return parameters;
-    main.connection.execute("DELETE FROM EQ_TEMP"_L1 + condition);
+    main.connection.execute("DELETE FROM EQ_TEMP"_L1 + condition, {level.level});
     return std::nullopt;
 }
 
@@ -179,7 +187,8 @@ Staging::~Staging()
 
 std::optional<QList<Parameter>> Staging::merge(const LineSink& line)
 {
-    m_main.connection.execute("DELETE FROM EQ_TEMP"_L1 + ownRows());
+    m_main.connection.execute("DELETE FROM EQ_TEMP"_L1 + ofLevels("NOT IN"_L1, m_sharedLevels),
+                              m_sharedLevels);
     if (!m_started)
         stageShared();
     for (const LevelRows& level : wantedLevels(m_main.currentPhone(), m_levels)) {
@@ -189,7 +198,8 @@ std::optional<QList<Parameter>> Staging::merge(const LineSink& line)
         if (m_main.stopFlag)
             return std::nullopt;
     }
-    return inCodeOrder(m_shared, stagedParameters(m_main, ownRows()));
+    return inCodeOrder(m_shared,
+                       stagedParameters(m_main, ofLevels("NOT IN"_L1, m_sharedLevels), m_sharedLevels));
 }
 
 void Staging::stageShared()
@@ -204,13 +214,6 @@ void Staging::stageShared()
         m_sharedLevels << level.level;
         m_shared = inCodeOrder(m_shared, *parameters);
     }
-}
-
-/// The condition for the rows that are not the same for every phone.
-QString Staging::ownRows() const
-{
-    return m_sharedLevels.isEmpty() ? QString()
-                                    : " WHERE LE_CODE NOT IN ("_L1 + m_sharedLevels.join(u',') + u')';
 }
 
 } // namespace velmora

@@ -47,12 +47,11 @@ public:
 
 private:
     void stageShared();
-    QString ownRows() const;
 
     MMain& m_main;
     const Levels m_levels;
     bool m_started = false;
-    /// The codes of the levels that stay staged, quoted for a statement, and the parameters in them.
+    /// The codes of the levels that stay staged, and the parameters in them.
     QStringList m_sharedLevels;
     QList<Parameter> m_shared;
 };
