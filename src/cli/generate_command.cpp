@@ -81,8 +81,8 @@ Command generateCommand(CLI::App& application)
                      "Levels to include, of phone, company and equipment (default: as remembered)")
         ->delimiter(',')
         ->check(CLI::IsMember({"phone", "company", "equipment"}));
-    parser->add_option("--from", options->from, "First phone (default: the first of the company and model)");
-    parser->add_option("--to", options->to, "Last phone (default: the last of the company and model)");
+    parser->add_option("--from", options->from, "First phone, with phone values (default: the first)");
+    parser->add_option("--to", options->to, "Last phone, with phone values (default: the last)");
     parser->add_flag("--source", options->source, "Write a readable source copy beside each file");
     parser->add_option("--folder", options->folder, "Folder for the files (default: as remembered)");
     return {parser, [options](MMain& main) { return run(main, *options); }};

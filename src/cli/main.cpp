@@ -16,12 +16,26 @@
 
 using namespace velmora;
 
+namespace {
+
+/// The arguments as UTF-8 on every system, in the order in which the parser takes a list of them.
+std::vector<std::string> argumentsLastFirst()
+{
+    std::vector<std::string> arguments;
+    for (const QString& argument : QCoreApplication::arguments().sliced(1))
+        arguments.insert(arguments.begin(), argument.toStdString());
+    return arguments;
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     CLI::App parser("Velmora: configuration files, phone books and restarts of IP phones", "velmora-cli");
     parser.set_version_flag("--version", versionText().toStdString());
     parser.require_subcommand(1);
+    parser.fallthrough();
     std::string folder;
     std::string actAs;
     bool yes = false;
@@ -31,7 +45,7 @@ int main(int argc, char** argv)
     const std::vector<Command> commands = {startCommand(parser), listCommand(parser),
                                            generateCommand(parser)};
     try {
-        parser.parse(argc, argv);
+        parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {
         return parser.exit(error) == 0 ? Done : WrongUsage;
     }

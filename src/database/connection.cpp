@@ -51,7 +51,7 @@ void Connection::openSession()
         QSqlDatabase database = QSqlDatabase::addDatabase(m_engine->driver(), m_name);
         m_engine->configure(database, string, m_mode);
         if (!database.open())
-            fail(m_connectionString, database.lastError());
+            fail(string.text(), database.lastError());
         m_engine->prepareSession(*this, m_mode);
         if (m_preparation)
             m_preparation(*this);

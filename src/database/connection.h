@@ -4,8 +4,6 @@
 #include "database/engine.h"
 #include "database/recordset.h"
 
-#include <QVariant>
-
 #include <functional>
 #include <memory>
 #include <unordered_map>
@@ -31,6 +29,9 @@ public:
     /// Opens the database that `connectionString` names (see ConnectionString). Read-only, it must exist.
     void open(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite);
     void close();
+
+    /// Whether the session is lost; the next statement will connect anew.
+    bool isLost() const { return m_lost; }
 
     /// Runs `preparation` now and whenever a lost session is replaced by a new one.
     void prepareSessions(std::function<void(Connection&)> preparation);

@@ -9,11 +9,11 @@ namespace velmora {
 /// A parsed connection string. Keys are case-insensitive and trimmed; values are trimmed.
 class ConnectionString {
 public:
-    /// Reads the pairs of `text`. Throws DatabaseError when a piece holds no "=".
-    explicit ConnectionString(const QString& text);
+    /// Reads the pairs of `given`. Throws DatabaseError when a piece holds no "=".
+    explicit ConnectionString(const QString& given);
 
-    /// The text as it was given.
-    const QString& text() const { return m_text; }
+    /// The text, with dots for the password.
+    QString text() const;
 
     /// The value of `key`, or an empty text when the key is absent.
     QString value(const QString& key) const;

@@ -11,7 +11,13 @@ namespace velmora {
 class DatabaseError : public std::runtime_error {
 public:
     /// Why the engine refused, as far as callers act on it.
-    enum class Reason { DuplicateKey, ConnectionLost, Other };
+    enum class Reason {
+        DuplicateKey,
+        /// The statements before it in the same transaction are undone as well.
+        TransactionLost,
+        ConnectionLost,
+        Other,
+    };
 
     DatabaseError(QString statement, QString description, Reason reason = Reason::Other)
         : std::runtime_error((description + QLatin1String("\n") + statement).toStdString()),

@@ -15,6 +15,7 @@ namespace {
 
 /// https://mariadb.com/kb/en/mariadb-error-codes/
 constexpr int duplicateEntry = 1062;
+constexpr int deadlock = 1213;
 constexpr int connectionErrors[] = {
     1927,       // the connection was killed
     2002, 2003, // can't connect
@@ -97,6 +98,8 @@ DatabaseError::Reason MariaDbEngine::reason(const QSqlError& error) const
     const int code = error.nativeErrorCode().toInt();
     if (code == duplicateEntry)
         return DatabaseError::Reason::DuplicateKey;
+    if (code == deadlock)
+        return DatabaseError::Reason::TransactionLost;
     return std::find(std::begin(connectionErrors), std::end(connectionErrors), code) !=
                    std::end(connectionErrors)
                ? DatabaseError::Reason::ConnectionLost

@@ -4,7 +4,6 @@
 #include <QSqlQuery>
 #include <QString>
 #include <QStringList>
-#include <QVariant>
 #include <QVector>
 
 namespace velmora {

@@ -7,7 +7,9 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -70,6 +72,9 @@ QString withOwnGuards(QString creation)
 /// The result codes of a refused PRIMARY KEY or UNIQUE (https://www.sqlite.org/rescode.html).
 constexpr int constraintPrimaryKey = 1555;
 constexpr int constraintUnique = 2067;
+/// The primary result codes that may roll a transaction back: out of memory, input or output error, full
+/// disk.
+constexpr int fatalCodes[] = {7, 10, 13};
 
 } // namespace
 
@@ -117,8 +122,8 @@ QString SqliteEngine::keepCopy(Connection& connection, const QString& name) cons
 {
     const QFileInfo database(
         connection.select(u"SELECT file FROM pragma_database_list WHERE name = 'main'"_s).text(0));
-    const QString path =
-        database.path() + u'/' + database.completeBaseName() + u'-' + name + u'.' + database.suffix();
+    const QString suffix = database.suffix().isEmpty() ? QString() : u'.' + database.suffix();
+    const QString path = database.path() + u'/' + database.completeBaseName() + u'-' + name + suffix;
     // Under another name until it is whole: a copy that an earlier start has kept is not lost to a full disk.
     const QString unfinished = path + ".part"_L1;
     QFile::remove(unfinished);
@@ -126,7 +131,7 @@ QString SqliteEngine::keepCopy(Connection& connection, const QString& name) cons
     std::error_code failure;
     std::filesystem::rename(unfinished.toStdU16String(), path.toStdU16String(), failure);
     if (failure)
-        throw DatabaseError(path, QString::fromStdString(failure.message()));
+        throw DatabaseError(path, QString::fromLocal8Bit(failure.message().c_str()));
     return QDir::toNativeSeparators(path);
 }
 
@@ -140,8 +145,11 @@ QString SqliteEngine::beginTransaction() const
 DatabaseError::Reason SqliteEngine::reason(const QSqlError& error) const
 {
     const int code = error.nativeErrorCode().toInt();
-    return code == constraintPrimaryKey || code == constraintUnique ? DatabaseError::Reason::DuplicateKey
-                                                                    : DatabaseError::Reason::Other;
+    if (code == constraintPrimaryKey || code == constraintUnique)
+        return DatabaseError::Reason::DuplicateKey;
+    const bool fatal =
+        std::find(std::begin(fatalCodes), std::end(fatalCodes), code % 256) != std::end(fatalCodes);
+    return fatal ? DatabaseError::Reason::TransactionLost : DatabaseError::Reason::Other;
 }
 
 QStringList SqliteEngine::tables(Connection& connection) const

@@ -3,6 +3,7 @@
 #include "startup/shell_version.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>

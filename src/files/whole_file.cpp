@@ -38,7 +38,7 @@ void writeWholeFile(const QString& path, const QByteArray& content)
     std::error_code failure;
     std::filesystem::rename(file.fileName().toStdU16String(), path.toStdU16String(), failure);
     if (failure)
-        fail(QString::fromStdString(failure.message()));
+        fail(QString::fromLocal8Bit(failure.message().c_str()));
 }
 
 } // namespace velmora

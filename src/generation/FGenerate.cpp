@@ -25,14 +25,20 @@ namespace {
 /// How long a run may go on before window events run again, in milliseconds.
 constexpr qint64 eventInterval = 30;
 
-/// Whether files can go into the folder of the label. Where it holds a macro it differs from phone to phone,
-/// so that only the part before the macro can be looked at.
+/// The folder of a path. One that holds a macro differs from phone to phone: then the part before the macro.
+QString fixedPart(const QString& path)
+{
+    const QString folder = localFolder(path);
+    const qsizetype macro = folder.indexOf("$$"_L1);
+    if (macro < 0)
+        return folder;
+    return folder.first(std::max(folder.lastIndexOf(u'/', macro), folder.lastIndexOf(u'\\', macro)) + 1);
+}
+
 bool folderExists(const QString& path)
 {
-    QString fixed = localFolder(path);
-    if (const qsizetype macro = fixed.indexOf("$$"_L1); macro >= 0)
-        fixed = fixed.first(fixed.lastIndexOf(QDir::separator(), macro) + 1);
-    return !fixed.isEmpty() && QDir(fixed).exists();
+    const QString folder = fixedPart(path);
+    return !folder.isEmpty() && QDir(folder).exists();
 }
 
 } // namespace
@@ -92,6 +98,7 @@ QWidget* FGenerate::createPath()
     m_browse = new QPushButton(u"..."_s);
     m_browse->setObjectName(u"BtPath"_s);
     m_browse->setEnabled(false);
+    m_browse->setAutoDefault(true);
     layout->addWidget(caption);
     layout->addWidget(m_path, 1);
     layout->addWidget(m_browse);
@@ -135,7 +142,7 @@ void FGenerate::connectControls()
     const auto guarded = [this](void (FGenerate::*handler)()) {
         return [this, handler] { reportFailures(m_main, [this, handler] { (this->*handler)(); }); };
     };
-    connect(m_selection, &SelectionPanel::companyChosen, this, guarded(&FGenerate::chooseCompany));
+    connect(m_selection, &SelectionPanel::companyChosen, this, guarded(&FGenerate::clearPath));
     connect(m_selection, &SelectionPanel::equipmentChosen, this, guarded(&FGenerate::chooseEquipment));
     connect(m_selection, &SelectionPanel::rangeChosen, this, &FGenerate::enableGenerate);
     for (int level = 0; level < m_levels.size(); ++level)
@@ -148,7 +155,7 @@ void FGenerate::connectControls()
     connect(&m_main.batch, &Batch::stopRequested, this, [this] { m_main.stopFlag = true; });
 }
 
-void FGenerate::chooseCompany()
+void FGenerate::clearPath()
 {
     m_browse->setEnabled(false);
     setPath({});
@@ -156,6 +163,8 @@ void FGenerate::chooseCompany()
 
 void FGenerate::chooseEquipment()
 {
+    // First of all: what is looked up next can fail, and then nothing of the model before may stay.
+    clearPath();
     const Levels remembered =
         rememberedLevels(m_main, m_selection->company(), m_selection->equipment(), levels());
     m_levels[0]->setChecked(remembered.phone);
@@ -177,7 +186,10 @@ void FGenerate::levelClicked(int level)
 
 void FGenerate::browse()
 {
-    setPath(m_main.BrowseFolder(m_path->text()));
+    const QString before = fixedPart(m_path->text());
+    const QString chosen = m_main.BrowseFolder(before);
+    if (chosen != before)
+        setPath(chosen);
 }
 
 void FGenerate::setPath(const QString& path)
@@ -198,9 +210,9 @@ void FGenerate::pathChanged()
 
 void FGenerate::run()
 {
-    const Batch::Run batch(m_main.batch);
     setRunning(true);
     const auto finish = qScopeGuard([this] { setRunning(false); });
+    const Batch::Run batch(m_main.batch);
     m_list->clear();
     QElapsedTimer sinceEvents;
     sinceEvents.start();

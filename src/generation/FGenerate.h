@@ -30,7 +30,7 @@ private:
     QWidget* createProgress();
     void connectControls();
 
-    void chooseCompany();
+    void clearPath();
     void chooseEquipment();
     void levelClicked(int level);
     void browse();

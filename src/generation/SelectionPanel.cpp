@@ -56,9 +56,9 @@ void SelectionPanel::chosen(int list)
     case 1:
         for (int later = 2; later <= m_filters.size(); ++later)
             clear(later);
+        Q_EMIT companyChosen();
         if (m_filters.size() > 1)
             fill(2, modelsOf(m_main, company()));
-        Q_EMIT companyChosen();
         break;
     case 2:
         Q_EMIT equipmentChosen();

@@ -178,6 +178,8 @@ Staging::Staging(MMain& main, const Levels& levels) : m_main(main), m_levels(lev
 
 Staging::~Staging()
 {
+    if (m_main.connection.isLost())
+        return;
     try {
         m_main.connection.execute(u"DELETE FROM EQ_TEMP"_s);
     } catch (const DatabaseError&) {

@@ -108,7 +108,10 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
     });
     QMdiSubWindow* child = existing != children.end() ? *existing : m_children->addSubWindow(create());
     child->setAttribute(Qt::WA_DeleteOnClose);
-    child->showNormal();
+    if (child->isMinimized())
+        child->showNormal();
+    else
+        child->show();
     m_children->setActiveSubWindow(child);
 }
 

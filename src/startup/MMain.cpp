@@ -1,5 +1,7 @@
 #include "startup/MMain.h"
 
+#include "startup/built_in_texts.h"
+
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +24,8 @@ QString MMain::GetDescription(const QString& code, const QString& inLanguage)
 QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show)
 {
     QString text = GetDescription(code);
+    if (text.isEmpty())
+        text = builtInText(code);
     if (text.isEmpty()) {
         text = "Message Not Found : "_L1 + code + " Language : "_L1 + language;
         show = true;

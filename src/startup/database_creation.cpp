@@ -5,8 +5,6 @@
 #include "startup/MMain.h"
 #include "startup/version.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -55,20 +53,20 @@ QStringList phonesWithoutModel(const QString& original)
     return phones;
 }
 
-void createTables(MMain& main)
+/// Creates the tables, noting in `created` which are there.
+void createTables(MMain& main, QStringList& created)
 {
     for (const QString& statement : creationStatements()) {
         main.sqlText = statement;
         main.connection.executePortable(statement);
+        created.prepend(statement.section(u' ', 2, 2));
     }
     main.connection.holdDeclaredTypes();
 }
 
 /// Removes the tables where the engine's roll-back does not: without rows they would look like a database.
-void dropTables(MMain& main)
+void dropTables(MMain& main, const QStringList& tables)
 {
-    QStringList tables = copiedTables() + QStringList(u"EQ_TEMP"_s);
-    std::reverse(tables.begin(), tables.end());
     try {
         for (const QString& table : tables)
             main.connection.execute("DROP TABLE IF EXISTS "_L1 + table);
@@ -114,13 +112,14 @@ void createDatabase(MMain& main, const QString& original)
         return;
     }
     bool filled = false;
+    QStringList created;
     try {
         Transaction creation(main.connection);
-        createTables(main);
+        createTables(main, created);
         filled = fillTables(main, original);
         creation.commit();
     } catch (const DatabaseError&) {
-        dropTables(main);
+        dropTables(main, created);
         throw;
     }
     if (filled)

@@ -33,6 +33,9 @@ public:
         }
     }
 
+    /// What to tell about the refused rows.
+    const QStringList& refusals() const { return m_refusals; }
+
 private:
     void loadLine(const QStringList& fields)
     {
@@ -42,10 +45,11 @@ private:
         try {
             insertRow(fields);
         } catch (const DatabaseError& error) {
-            if (error.reason() == DatabaseError::Reason::ConnectionLost)
+            if (error.reason() == DatabaseError::Reason::ConnectionLost ||
+                error.reason() == DatabaseError::Reason::TransactionLost)
                 throw;
             if (fields[0] != harmlessTag)
-                m_main.prompts.show("Error : "_L1 + m_main.sqlText + u' ' + error.description(), {});
+                m_refusals << "Error : "_L1 + m_main.sqlText + u' ' + error.description();
         }
         m_main.prompts.letEventsRun();
     }
@@ -78,6 +82,7 @@ private:
     MMain& m_main;
     const QString m_versionTag = versionDigits() + u'V';
     QHash<QString, qsizetype> m_columnCounts;
+    QStringList m_refusals;
 };
 
 } // namespace
@@ -95,10 +100,14 @@ void loadSeedFile(MMain& main)
         return;
     }
     Transaction load(main.connection);
-    SeedLoader(main).load(decodeText(content));
+    SeedLoader loader(main);
+    loader.load(decodeText(content));
     // The copy is written before the rows are made lasting: where it can't be, the load has not happened.
     writeWholeFile(pathIn(main.programFolder, "tarvel_"_L1 + versionDigits() + ".csv"_L1), content);
     load.commit();
+    // Only now: nobody else can write while the transaction waits for a reader of messages.
+    for (const QString& refusal : loader.refusals())
+        main.prompts.show(refusal, {});
     QFile seed(path);
     if (!seed.remove())
         throw FileError(path, seed.errorString());

@@ -37,7 +37,7 @@ private:
 tst_cli::Result tst_cli::run(const QStringList& arguments)
 {
     QProcess program;
-    program.start(QStringLiteral(VELMORA_CLI), QStringList{u"--program-dir"_s, m_folder->path()} + arguments);
+    program.start(QStringLiteral(VELMORA_CLI), arguments + QStringList{u"--program-dir"_s, m_folder->path()});
     program.waitForFinished();
     return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
             QString::fromUtf8(program.readAllStandardError())};

@@ -93,6 +93,13 @@ void tst_server::preparesItsSession()
     QCOMPARE(reader.columns(u"PHONES"_s)[1].keyPosition, 2);
     QCOMPARE(reader.columns(u"PHONES"_s)[2].keyPosition, 0);
     QCOMPARE(reader.tables().size(), 13);
+    try {
+        reader.open(database.connectionString().replace("Password="_L1, "password = wrong"_L1));
+        QFAIL("opened");
+    } catch (const DatabaseError& error) {
+        QVERIFY2(error.statement().contains("password =..."_L1) && !error.statement().contains("wrong"_L1),
+                 qPrintable(error.statement()));
+    }
 }
 
 void tst_server::keepsTextsAsTheyAre()

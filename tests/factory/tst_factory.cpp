@@ -5,6 +5,7 @@
 #include "files/ansi.h"
 #include "files/file_error.h"
 #include "files/whole_file.h"
+#include "startup/built_in_texts.h"
 #include "startup/menu.h"
 #include "support/rows.h"
 
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void namesTheBrokenFile();
     void hasTheTextsOfEveryCodeThatTheSourceUses();
     void saysTheSameInEveryLanguage();
+    void opensEveryControlByAKeyOfItsOwn();
     void listsOnlyTablesAndColumnsThatExist();
     void pointsRebootRowsAtParameters();
 
@@ -130,6 +132,13 @@ void tst_factory::hasTheTextsOfEveryCodeThatTheSourceUses()
             used << matches.next().captured(1);
     }
     QVERIFY(used.size() > 25);
+    for (const QString& code : used)
+        if (code.startsWith("M2"_L1) && code.size() == 4)
+            QCOMPARE(
+                rows(
+                    "SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$DESC_EN' AND SY_SUBCODE = '"_L1 +
+                    code + u'\''),
+                QStringList(builtInText(code)));
     for (const QString& language : {u"EN"_s, u"FR"_s})
         QCOMPARE(QStringList((used - codes(language)).values()).join(u' '), QString());
 }
@@ -143,6 +152,30 @@ void tst_factory::saysTheSameInEveryLanguage()
                   "AND F.SY_CODE = '$$DESC_FR' WHERE E.SY_CODE = '$$DESC_EN' AND "
                   "(instr(E.SY_VALUE, '$$') > 0) <> (instr(F.SY_VALUE, '$$') > 0)"_s),
              QStringList());
+}
+
+/// The letters after "&" of the menu bar and of each window with its Close or Stop: all of them listen at
+/// once.
+void tst_factory::opensEveryControlByAKeyOfItsOwn()
+{
+    for (const QString& language : {u"EN"_s, u"FR"_s})
+        for (const QString& window :
+             {u"FGENERATE"_s, u"FRGEN"_s, u"FREBOOT"_s, u"FPBGEN"_s, u"FPBIMP"_s, u"FPBEXP"_s}) {
+            QStringList controls = {u"CANCEL_END"_s};
+            for (const MenuItem& item : menuItems())
+                if (item.parent.isEmpty())
+                    controls << "FMAIN_"_L1 + item.control.toUpper();
+            const QStringList captions =
+                rows("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$DESC_"_L1 + language +
+                     "' AND (SY_SUBCODE IN ('"_L1 + controls.join("', '"_L1) + "') OR SY_SUBCODE LIKE '"_L1 +
+                     window + "\\_%' ESCAPE '\\')"_L1);
+            QString letters;
+            for (const QString& caption : captions)
+                if (const qsizetype mark = caption.indexOf(u'&'); mark >= 0)
+                    letters += caption[mark + 1].toUpper();
+            for (const QChar letter : letters)
+                QVERIFY2(letters.count(letter) == 1, qPrintable(language + u' ' + window + u' ' + letter));
+        }
 }
 
 void tst_factory::listsOnlyTablesAndColumnsThatExist()

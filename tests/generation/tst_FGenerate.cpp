@@ -194,11 +194,18 @@ void tst_FGenerate::browsesForAFolder()
     open();
     QVERIFY(!button(u"Generate"_s)->isEnabled());
     m_database->user.folderAnswer = m_database->folder();
-    QTest::mouseClick(button(u"BtPath"_s), Qt::LeftButton);
+    QTest::keyClick(button(u"BtPath"_s), Qt::Key_Return);
     QCOMPARE(path(), m_database->folder());
     QVERIFY(button(u"Generate"_s)->isEnabled());
     QCOMPARE(m_database->value(u"SELECT count(*) FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE = '$$GENPATH'"_s),
              u"0"_s);
+
+    // Cancelling keeps what was chosen.
+    choose(3, u"102"_s);
+    m_database->user.folderAnswer.reset();
+    QTest::mouseClick(button(u"BtPath"_s), Qt::LeftButton);
+    QCOMPARE(filter(3)->currentText(), u"102 \\\\ phone 102"_s);
+    QCOMPARE(lines(), QStringList());
 }
 
 void tst_FGenerate::generatesByKeyboard()
@@ -213,6 +220,11 @@ void tst_FGenerate::generatesByKeyboard()
     QCOMPARE(m_window->findChild<QListWidget*>(u"List1"_s)->currentRow(), 4);
     const auto* progress = m_window->findChild<QProgressBar*>();
     QCOMPARE(progress->text(), u"2 / 2"_s);
+
+    // The focus comes back from Stop, so that Return does not close the window.
+    button(u"Generate"_s)->setFocus();
+    QTest::keyClick(button(u"Generate"_s), Qt::Key_Return);
+    QVERIFY(button(u"Generate"_s)->hasFocus());
     QVERIFY(button(u"Generate"_s)->isEnabled());
     QTest::keyClick(filter(4), Qt::Key_Escape);
     QVERIFY(!m_window->isVisible());

@@ -53,7 +53,10 @@ void tst_FMain::addText(const QString& code, const QString& text)
 
 void tst_FMain::keepsItsBuiltInTexts()
 {
+    m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$DESC_EN'"_s);
     const FMain window(m_database->main);
+    QCOMPARE(m_database->user.shown, QStringList());
+    QCOMPARE(item(window, u"Ranges"_s)->statusTip(), u"Not available in this version yet"_s);
     QCOMPARE(window.windowTitle(), u"Velmora"_s);
     QStringList bar;
     for (const QAction* action : window.menuBar()->actions())

@@ -1,0 +1,26 @@
+#include "startup/built_in_texts.h"
+
+#include <QHash>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+QString builtInText(const QString& code)
+{
+    static const QHash<QString, QString> texts = {
+        {u"M200"_s, u"   Parameter $$ is staged already: its first value is kept"_s},
+        {u"M201"_s, u"   Parameter left out: $$"_s},
+        {u"M202"_s, u"   Characters outside Windows-1252 written as ? in parameter $$"_s},
+        {u"M203"_s,
+         u"The configuration of phone $$ is larger than 32,768 bytes. No file was written for it."_s},
+        {u"M204"_s, u"The file could not be written. Phone $$"_s},
+        {u"M205"_s, u"Stopped. Phones done: $$"_s},
+        {u"M206"_s, u"   The MAC address is not 12 hexadecimal digits: $$"_s},
+        {u"M207"_s, u"Not available in this version yet"_s},
+        {u"M208"_s, u"User $$ has no right to this"_s},
+    };
+    return texts.value(code);
+}
+
+} // namespace velmora
