@@ -73,7 +73,7 @@ void FMain::createMenu()
         m_items[item.control]->setObjectName(item.control);
         m_rights.insert(item.control, hasMenuRight(m_main, item.control));
     }
-    m_items[u"Quit"_s]->setShortcut(QKeySequence::Quit);
+    m_items[u"Quit"_s]->setShortcut(Qt::CTRL | Qt::Key_Q); // QKeySequence::Quit is empty on some desktops
     m_items[u"Help1"_s]->setShortcut(QKeySequence::HelpContents);
 }
 

@@ -155,8 +155,12 @@ void tst_FMain::reportsAFailingAction()
 void tst_FMain::quits()
 {
     FMain window(m_database->main);
+    window.setActions(
+        {{u"Ranges"_s, [&window] { window.showChild(u"Child"_s, [] { return new QWidget; }); }}});
     window.show();
-    item(window, u"Quit"_s)->trigger();
+    item(window, u"Ranges"_s)->trigger();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
     QVERIFY(!window.isVisible());
 }
 
