@@ -1,5 +1,6 @@
 // velmora-images PROGRAM_FOLDER IMAGE_FOLDER: takes the images of the windows, in English and French, over
 // the demo database in the program folder.
+#include "editor/FParameters.h"
 #include "generation/FGenerate.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
@@ -31,6 +32,30 @@ void save(QWidget& window, const QString& path)
         QTextStream(stderr) << "can't write " << path << '\n';
 }
 
+/// The table editor with the phones, with a new phone, and with a table that a password protects.
+void takeEditorImages(MMain& main, const QString& folder, const QString& suffix)
+{
+    FParameters editor(main);
+    editor.resize(editor.sizeHint());
+    editor.show();
+    auto* tabs = editor.findChild<QTabBar*>(u"TabStrip"_s);
+    tabs->setCurrentIndex(2);
+    auto* list = editor.findChild<RecordView*>(u"ListCom"_s);
+    list->selectRow(4);
+    save(editor, folder + "/FParameters-list"_L1 + suffix);
+
+    editor.findChild<QAction*>(u"New"_s)->trigger();
+    choose(editor, u"Combo_1"_s, u"LUNA"_s);
+    save(editor, folder + "/FParameters-new"_L1 + suffix);
+    editor.findChild<QPushButton*>(u"Cancel"_s)->click();
+
+    main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('LEVELS', '$$PWD', 'secret')"_s);
+    main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$LEVELS', '$$PWD2', 'secret too')"_s);
+    tabs->setCurrentIndex(8);
+    save(editor, folder + "/FParameters-refused"_L1 + suffix);
+    main.connection.execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE LIKE '$$PWD%'"_s);
+}
+
 void takeImages(MMain& main, const QString& folder)
 {
     const QString suffix = u'-' + main.language.toLower() + ".png"_L1;
@@ -47,6 +72,7 @@ void takeImages(MMain& main, const QString& folder)
     choose(*generate, u"Filter_2"_s, u"GXP2000"_s);
     generate->findChild<QPushButton*>(u"Generate"_s)->click();
     save(*generate, folder + "/FGenerate"_L1 + suffix);
+    takeEditorImages(main, folder, suffix);
 }
 
 } // namespace
@@ -60,6 +86,7 @@ int main(int argc, char** argv)
             QTextStream(stderr) << text << '\n' << details << '\n';
         },
         [](const QString&, const QString&) { return true; },
+        [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&) { return std::optional<QString>(); },
         [] { QCoreApplication::processEvents(); },

@@ -56,6 +56,7 @@ Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
         [actAs](const QString& question, const QString& proposal) {
             return actAs ? actAs : ask(question + " ["_L1 + proposal + u']');
         },
+        [](const QString&, const QString&) { return std::optional<QString>(); }, // no command needs one
         [](const QString&) { return std::optional<QString>(); },
         [] {},
     };

@@ -25,6 +25,8 @@ struct Column {
     int width = 0;
     /// The 1-based place in the primary key; 0 for a column outside it.
     int keyPosition = 0;
+    /// What the schema says about the column; empty where the engine keeps no such texts.
+    QString description;
 };
 
 /// The differences between one engine and the others. Stateless.

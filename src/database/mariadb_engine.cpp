@@ -121,7 +121,8 @@ QList<Column> MariaDbEngine::columns(Connection& connection, const QString& tabl
 {
     QList<Column> columns;
     for (Recordset rows = connection.select(
-             u"SELECT C.COLUMN_NAME, C.CHARACTER_MAXIMUM_LENGTH, K.ORDINAL_POSITION FROM "
+             u"SELECT C.COLUMN_NAME, C.CHARACTER_MAXIMUM_LENGTH, K.ORDINAL_POSITION, "
+             u"C.COLUMN_COMMENT FROM "
              u"information_schema.COLUMNS C "
              "LEFT JOIN information_schema.KEY_COLUMN_USAGE K ON K.TABLE_SCHEMA = C.TABLE_SCHEMA AND "
              "K.TABLE_NAME = "
@@ -129,7 +130,7 @@ QList<Column> MariaDbEngine::columns(Connection& connection, const QString& tabl
              "WHERE C.TABLE_SCHEMA = DATABASE() AND C.TABLE_NAME = ? ORDER BY C.ORDINAL_POSITION"_s,
              {table});
          !rows.eof(); rows.moveNext())
-        columns << Column{rows.text(0), rows.text(1).toInt(), rows.text(2).toInt()};
+        columns << Column{rows.text(0), rows.text(1).toInt(), rows.text(2).toInt(), rows.text(3)};
     return columns;
 }
 

@@ -171,7 +171,7 @@ QList<Column> SqliteEngine::columns(Connection& connection, const QString& table
     QList<Column> columns;
     while (cursor.next()) {
         const QRegularExpressionMatch sized = sizedText.match(cursor.text(1));
-        columns << Column{cursor.text(0), sized.captured(1).toInt(), cursor.text(2).toInt()};
+        columns << Column{cursor.text(0), sized.captured(1).toInt(), cursor.text(2).toInt(), {}};
     }
     return columns;
 }

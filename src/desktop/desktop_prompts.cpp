@@ -39,6 +39,14 @@ std::optional<QString> askText(const QString& question, const QString& proposal)
     return accepted ? std::optional(answer) : std::nullopt;
 }
 
+std::optional<QString> askPassword(const QString& question, const QString& title)
+{
+    bool accepted = false;
+    const QString answer = QInputDialog::getText(QApplication::activeWindow(), title, question,
+                                                 QLineEdit::Password, {}, &accepted);
+    return accepted ? std::optional(answer) : std::nullopt;
+}
+
 std::optional<QString> chooseFolder(const QString& startFolder)
 {
     QFileDialog::Options options = QFileDialog::ShowDirsOnly;
@@ -55,7 +63,7 @@ std::optional<QString> chooseFolder(const QString& startFolder)
 
 Prompts desktopPrompts()
 {
-    return {show, askYesNo, askText, chooseFolder, [] { QCoreApplication::processEvents(); }};
+    return {show, askYesNo, askText, askPassword, chooseFolder, [] { QCoreApplication::processEvents(); }};
 }
 
 } // namespace velmora

@@ -1,5 +1,6 @@
 // velmora: the desktop program. Runs the start-up and joins the menu items to their windows.
 #include "desktop/desktop_prompts.h"
+#include "editor/FParameters.h"
 #include "generation/FGenerate.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
@@ -48,6 +49,12 @@ int main(int argc, char** argv)
     const bool made = reportFailures(mainModule, [&] {
         window = std::make_unique<FMain>(mainModule);
         window->setActions({
+            {u"Config"_s,
+             [&] {
+                 window->showChild(
+                     u"FParameters"_s, [&] { return new FParameters(mainModule); },
+                     [](QWidget* editor) { static_cast<FParameters*>(editor)->selectFirstTab(); });
+             }},
             {u"GenConf"_s,
              [&] { window->showChild(u"FGenerate"_s, [&] { return new FGenerate(mainModule); }); }},
         });

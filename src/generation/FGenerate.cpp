@@ -55,8 +55,8 @@ FGenerate::FGenerate(MMain& main, QWidget* parent)
     layout->addWidget(createProgress(), 1);
     connectControls();
     translateCaptions(m_main, *this);
-    m_stopCaption = textOr(m_main, u"CANCEL_ABO"_s, m_cancel->text());
-    m_closeCaption = textOr(m_main, u"CANCEL_END"_s, m_cancel->text());
+    m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
+    m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
     setRunning(false);
     setFocusProxy(m_selection);
 }

@@ -60,7 +60,7 @@ void FMain::createMenu()
     QHash<QString, QMenu*> submenus;
     menuBar()->installEventFilter(this);
     for (const MenuItem& item : menuItems()) {
-        const QString caption = textOr(m_main, "FMAIN_"_L1 + item.control.toUpper(), item.caption);
+        const QString caption = m_main.textOr("FMAIN_"_L1 + item.control.toUpper(), item.caption);
         QMenu* parent = submenus.value(item.parent);
         if (isSubmenu(item.control)) {
             QMenu* menu = menuBar()->addMenu(caption);
@@ -100,7 +100,8 @@ QString FMain::hint(const QString& control, bool exists)
     return exists ? QString() : m_main.messageLine(u"M207"_s);
 }
 
-void FMain::showChild(const QString& name, const std::function<QWidget*()>& create)
+void FMain::showChild(const QString& name, const std::function<QWidget*()>& create,
+                      const std::function<void(QWidget*)>& prepare)
 {
     const QList<QMdiSubWindow*> children = m_children->subWindowList();
     const auto existing = std::find_if(children.begin(), children.end(), [&name](QMdiSubWindow* child) {
@@ -108,6 +109,8 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
     });
     QMdiSubWindow* child = existing != children.end() ? *existing : m_children->addSubWindow(create());
     child->setAttribute(Qt::WA_DeleteOnClose);
+    if (prepare)
+        prepare(child->widget());
     if (child->isMinimized())
         child->showNormal();
     else

@@ -24,8 +24,10 @@ public:
     /// Sets what each menu item does, by control name, and enables what the user may use.
     void setActions(const Actions& actions);
 
-    /// Shows the child window of that name, made by `create` unless it exists already.
-    void showChild(const QString& name, const std::function<QWidget*()>& create);
+    /// Shows the child window of that name, made by `create` unless it exists already, once `prepare` has
+    /// been called with it.
+    void showChild(const QString& name, const std::function<QWidget*()>& create,
+                   const std::function<void(QWidget*)>& prepare = {});
 
 protected:
     void closeEvent(QCloseEvent* event) override;

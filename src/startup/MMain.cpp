@@ -21,6 +21,12 @@ QString MMain::GetDescription(const QString& code, const QString& inLanguage)
     return texts.eof() ? QString() : texts.text(0);
 }
 
+QString MMain::textOr(const QString& code, const QString& otherwise)
+{
+    const QString text = GetDescription(code);
+    return text.isEmpty() ? otherwise : text;
+}
+
 QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show)
 {
     QString text = GetDescription(code);

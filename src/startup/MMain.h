@@ -35,6 +35,9 @@ public:
     /// The text of `code` in `inLanguage` (the current language when empty), or an empty text.
     QString GetDescription(const QString& code, const QString& inLanguage = {});
 
+    /// The text of `code`, or `otherwise` where the database holds none.
+    QString textOr(const QString& code, const QString& otherwise);
+
     /// The message of `code`, every "$$" in it replaced by `substitution`; shown when `show` is set. A
     /// message without a text row sets `show`, so that it is always seen.
     QString GetMessage(const QString& code, const QString& substitution, bool& show);

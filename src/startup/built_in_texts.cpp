@@ -19,6 +19,10 @@ QString builtInText(const QString& code)
         {u"M206"_s, u"   The MAC address is not 12 hexadecimal digits: $$"_s},
         {u"M207"_s, u"Not available in this version yet"_s},
         {u"M208"_s, u"User $$ has no right to this"_s},
+        {u"M209"_s, u"$$ records"_s},
+        {u"M210"_s, u"Loading: $$ records (Esc stops)"_s},
+        {u"M211"_s, u"Stopped: the first $$ records (F5 reads all)"_s},
+        {u"M212"_s, u"What is being entered is not saved yet. Discard it?"_s},
     };
     return texts.value(code);
 }

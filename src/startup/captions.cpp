@@ -16,20 +16,14 @@ template <typename Control> void translateControls(MMain& main, QWidget& window)
     const QString prefix = window.objectName().toUpper() + u'_';
     for (Control* control : window.findChildren<Control*>())
         if (!control->objectName().isEmpty())
-            control->setText(textOr(main, prefix + control->objectName().toUpper(), control->text()));
+            control->setText(main.textOr(prefix + control->objectName().toUpper(), control->text()));
 }
 
 } // namespace
 
-QString textOr(MMain& main, const QString& code, const QString& otherwise)
-{
-    const QString text = main.GetDescription(code);
-    return text.isEmpty() ? otherwise : text;
-}
-
 void translateCaptions(MMain& main, QWidget& window)
 {
-    window.setWindowTitle(textOr(main, window.objectName().toUpper(), window.windowTitle()));
+    window.setWindowTitle(main.textOr(window.objectName().toUpper(), window.windowTitle()));
     translateControls<QLabel>(main, window);
     translateControls<QAbstractButton>(main, window);
 }

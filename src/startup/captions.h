@@ -9,9 +9,6 @@ namespace velmora {
 
 class MMain;
 
-/// The text of `code`, or `otherwise` where the database holds none.
-QString textOr(MMain& main, const QString& code, const QString& otherwise);
-
 /// Replaces the title of `window` and the captions of all labels and buttons in it by the texts whose codes
 /// are the upper-case object names: of the window, or of the window and the control joined with "_". What has
 /// no text keeps its design caption.

@@ -17,6 +17,9 @@ struct Prompts {
     std::function<bool(const QString& question, const QString& title)> askYesNo;
     /// Asks for a text, proposing `proposal`. Nothing when the user cancelled.
     std::function<std::optional<QString>(const QString& question, const QString& proposal)> askText;
+    /// Asks for a password in a box with that title, without showing what is typed. Nothing when the user
+    /// cancelled.
+    std::function<std::optional<QString>(const QString& question, const QString& title)> askPassword;
     /// Asks for an existing folder, starting at `startFolder`. Nothing when the user cancelled.
     std::function<std::optional<QString>(const QString& startFolder)> chooseFolder;
     /// Lets pending window events run during long work.

@@ -1,5 +1,7 @@
 #include "support/recorded_prompts.h"
 
+using namespace Qt::StringLiterals;
+
 namespace velmora {
 
 Prompts RecordedPrompts::prompts()
@@ -17,6 +19,10 @@ Prompts RecordedPrompts::prompts()
             questions << question;
             proposals << proposal;
             return textAnswer;
+        },
+        [this](const QString& question, const QString& title) {
+            questions << title + u": "_s + question;
+            return passwordAnswer;
         },
         [this](const QString& startFolder) {
             proposals << startFolder;

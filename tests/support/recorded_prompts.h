@@ -17,6 +17,7 @@ struct RecordedPrompts {
     QStringList proposals;
     /// What the user answers; nothing cancels.
     std::optional<QString> textAnswer;
+    std::optional<QString> passwordAnswer;
     std::optional<QString> folderAnswer;
     bool yesNoAnswer = false;
     /// Runs whenever window events may run.

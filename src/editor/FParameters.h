@@ -1,0 +1,96 @@
+// The table editor.
+#pragma once
+
+#include "editor/RecordPanel.h"
+#include "editor/RecordView.h"
+#include "editor/editor_layout.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QPushButton>
+#include <QTabBar>
+
+#include <optional>
+
+namespace velmora {
+
+/// Lists, filters, sorts, creates, edits and deletes the records of every table that the user's rights name.
+/// It knows no table: everything comes from the schema and the settings rows of the database.
+class FParameters : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FParameters(MMain& main, QWidget* parent = nullptr);
+
+    /// Opens the first tab, unless it is open already or a record is being edited.
+    void selectFirstTab();
+
+    QSize sizeHint() const override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void createActions();
+    void createTabs();
+    void translate();
+    void connectControls();
+
+    void chooseTab();
+    void askPassword();
+    void FormList();
+    void createFilters();
+    void RempList();
+
+    void edit(RecordMode mode);
+    void write();
+    void finishWriting(const QStringList& values);
+    void offerInFilters(const QStringList& values);
+    void closePanel();
+    bool editing() const { return m_form.has_value(); }
+    bool mayDiscard();
+
+    void arrange();
+    void SortTabFields();
+    void enableControls();
+    void showCount();
+    void showError(const QString& text);
+
+    MMain& m_main;
+    QWidget* m_topRow;
+    QAction* m_new;
+    QAction* m_edit;
+    QAction* m_delete;
+    /// `MnuRecord`: the actions, as the popup of a record.
+    QMenu* m_record;
+    QLabel* m_count;
+    QTabBar* m_strip;
+    QWidget* m_pane;
+    /// `FLab` and `Filter` 1 to the number of key columns at the places from 0 on.
+    QList<QLabel*> m_filterLabels;
+    QList<QComboBox*> m_filters;
+    RecordView* m_list;
+    RecordPanel* m_panel;
+    QPushButton* m_ok;
+    QPushButton* m_cancel;
+    QLabel* m_error;
+    int m_rowHeight;
+
+    /// Looked up beforehand: they are needed where no statement may fail. "$$" stands for a number.
+    QString m_countText;
+    QString m_loadingText;
+    QString m_stoppedText;
+    QString m_discardQuestion;
+    QString m_allText;
+
+    QList<TableTab> m_tabs;
+    /// The table of the chosen tab; without columns while none could be opened.
+    TableDescription m_table;
+    Access m_access = Access::False;
+    std::optional<RecordForm> m_form;
+};
+
+} // namespace velmora

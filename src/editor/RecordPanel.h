@@ -1,0 +1,57 @@
+// The editing panel: the fields of one record.
+#pragma once
+
+#include "editor/record_form.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+
+namespace velmora {
+
+/// Shows a RecordForm: per field a label, `Label`, and beside it either a text box, `Text`, or a drop-down,
+/// `Combo`. Fields that don't fit scroll.
+class RecordPanel : public QScrollArea {
+    Q_OBJECT
+
+public:
+    explicit RecordPanel(QWidget* parent = nullptr);
+
+    /// Shows the fields of a form, which must stay until clear().
+    void show(RecordForm& form);
+    void clear();
+    /// From the top of one field to that of the next, and the height of a field.
+    void setRowHeights(int step, int height);
+    /// Moves the focus to the first field that can be changed, or says that there is none.
+    bool focusFirstField();
+    /// Moves on from the field that has the focus, as the Tab key does.
+    void focusNextField();
+
+Q_SIGNALS:
+    /// A field has been changed, so that others may have become open or closed.
+    void changed();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    struct Row {
+        QLabel* label;
+        QLineEdit* text;
+        QComboBox* combo;
+    };
+
+    Row addRow(qsizetype field);
+    void showState();
+    void leave(QObject* widget);
+    void placeRows();
+
+    RecordForm* m_form = nullptr;
+    QList<Row> m_rows;
+    int m_step = 0;
+    int m_height = 0;
+};
+
+} // namespace velmora

@@ -1,0 +1,33 @@
+#include "editor/record_list.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+QString whereClause(const QList<KeyFilter>& filters, Access access)
+{
+    if (filters.isEmpty())
+        return {};
+    QStringList conditions(filters.first().column +
+                           (access == Access::Admin ? " LIKE '$$%'"_L1 : " NOT LIKE '$$%'"_L1));
+    for (const KeyFilter& filter : filters)
+        if (filter.index != 0)
+            conditions << filter.column + " = '"_L1 + filter.text + u'\'';
+    return " WHERE "_L1 + conditions.join(" AND "_L1);
+}
+
+} // namespace
+
+QString listStatement(const TableDescription& table, const QList<KeyFilter>& filters, Access access)
+{
+    QStringList names;
+    for (const TableColumn& column : table.columns)
+        names << column.name;
+    const QString order = table.keys.isEmpty() ? QString() : " ORDER BY "_L1 + table.keys.join(", "_L1);
+    return "SELECT "_L1 + names.join(", "_L1) + " FROM "_L1 + table.name + whereClause(filters, access) +
+           order;
+}
+
+} // namespace velmora

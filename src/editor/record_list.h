@@ -1,0 +1,21 @@
+// The statement that lists the records of a table.
+#pragma once
+
+#include "editor/table_catalogue.h"
+
+namespace velmora {
+
+/// What a filter drop-down of a key column shows.
+struct KeyFilter {
+    QString column;
+    /// 0 is "All"; -1, no entry chosen, filters by the text.
+    int index = 0;
+    QString text;
+};
+
+/// The statement that lists the records, in key order: those whose first key begins with "$$" for
+/// Access::Admin, the others for everybody else. A filter's text stands in it as it is: one with a "'" makes
+/// the statement fail.
+QString listStatement(const TableDescription& table, const QList<KeyFilter>& filters, Access access);
+
+} // namespace velmora
