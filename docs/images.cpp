@@ -41,6 +41,7 @@ void takeEditorImages(MMain& main, const QString& folder, const QString& suffix)
     auto* tabs = editor.findChild<QTabBar*>(u"TabStrip"_s);
     tabs->setCurrentIndex(2);
     auto* list = editor.findChild<RecordView*>(u"ListCom"_s);
+    list->sortBy(3);
     list->selectRow(4);
     save(editor, folder + "/FParameters-list"_L1 + suffix);
 
