@@ -24,5 +24,6 @@ struct Command {
 Command startCommand(CLI::App& application);
 Command listCommand(CLI::App& application);
 Command generateCommand(CLI::App& application);
+Command rebootCommand(CLI::App& application);
 
 } // namespace velmora

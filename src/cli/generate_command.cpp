@@ -1,4 +1,5 @@
 #include "cli/command.h"
+#include "cli/selection.h"
 #include "generation/generate.h"
 #include "startup/MMain.h"
 #include "startup/menu.h"
@@ -17,11 +18,8 @@ namespace velmora {
 namespace {
 
 struct Options {
-    std::string company;
-    std::string equipment;
+    PhoneSelection phones;
     std::vector<std::string> levels;
-    std::string from;
-    std::string to;
     bool source = false;
     std::string folder;
 };
@@ -37,22 +35,18 @@ Levels chosenLevels(const std::vector<std::string>& names)
 /// The request that the options make, completed by what is remembered for the company and model.
 GenerationRequest requestOf(MMain& main, const Options& options)
 {
+    const PhoneRange range = rangeOf(main, options.phones);
     GenerationRequest request;
-    request.company = QString::fromStdString(options.company);
-    request.equipment = QString::fromStdString(options.equipment);
-    request.phoneFrom = QString::fromStdString(options.from);
-    request.phoneTo = QString::fromStdString(options.to);
+    request.company = range.company;
+    request.equipment = range.equipment;
+    request.phoneFrom = range.from;
+    request.phoneTo = range.to;
     request.withSource = options.source;
     request.levels = options.levels.empty() ? rememberedLevels(main, request.company, request.equipment)
                                             : chosenLevels(options.levels);
     request.folder = options.folder.empty()
                          ? rememberedFolder(main, request.company + request.equipment, u"$$GENPATH"_s)
                          : QString::fromStdString(options.folder);
-    const QList<ListEntry> phones = phonesOf(main, request.company, request.equipment);
-    if (!phones.isEmpty() && request.phoneFrom.isEmpty())
-        request.phoneFrom = phones.first().code;
-    if (!phones.isEmpty() && request.phoneTo.isEmpty())
-        request.phoneTo = phones.last().code;
     return request;
 }
 
@@ -74,15 +68,12 @@ Command generateCommand(CLI::App& application)
 {
     CLI::App* parser = application.add_subcommand("generate", "Write the configuration files of phones");
     const auto options = std::make_shared<Options>();
-    parser->add_option("--company", options->company, "Code of the company")->required();
-    parser->add_option("--equipment", options->equipment, "Code of the model")->required();
+    addSelection(*parser, options->phones);
     parser
         ->add_option("--levels", options->levels,
                      "Levels to include, of phone, company and equipment (default: as remembered)")
         ->delimiter(',')
         ->check(CLI::IsMember({"phone", "company", "equipment"}));
-    parser->add_option("--from", options->from, "First phone, with phone values (default: the first)");
-    parser->add_option("--to", options->to, "Last phone, with phone values (default: the last)");
     parser->add_flag("--source", options->source, "Write a readable source copy beside each file");
     parser->add_option("--folder", options->folder, "Folder for the files (default: as remembered)");
     return {parser, [options](MMain& main) { return run(main, *options); }};

@@ -2,6 +2,7 @@
 #include "desktop/desktop_prompts.h"
 #include "editor/FParameters.h"
 #include "generation/FGenerate.h"
+#include "reboot/FReboot.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
 #include "startup/failure_report.h"
@@ -57,6 +58,7 @@ int main(int argc, char** argv)
              }},
             {u"GenConf"_s,
              [&] { window->showChild(u"FGenerate"_s, [&] { return new FGenerate(mainModule); }); }},
+            {u"Reboot"_s, [&] { window->showChild(u"FReboot"_s, [&] { return new FReboot(mainModule); }); }},
         });
     });
     if (!made)

@@ -24,15 +24,6 @@ int ansiByte(char16_t character)
     return found == upperControls.end() ? -1 : 0x80 + static_cast<int>(found - upperControls.begin());
 }
 
-QString fromAnsi(const QByteArray& bytes)
-{
-    QString text = QString::fromLatin1(bytes);
-    for (QChar& character : text)
-        if (character.unicode() >= 0x80 && character.unicode() <= 0x9F)
-            character = upperControls[character.unicode() - 0x80U];
-    return text;
-}
-
 } // namespace
 
 bool appendAnsi(QByteArray& bytes, QStringView text)
@@ -53,11 +44,20 @@ bool appendAnsi(QByteArray& bytes, QStringView text)
     return complete;
 }
 
+QString decodeAnsi(const QByteArray& bytes)
+{
+    QString text = QString::fromLatin1(bytes);
+    for (QChar& character : text)
+        if (character.unicode() >= 0x80 && character.unicode() <= 0x9F)
+            character = upperControls[character.unicode() - 0x80U];
+    return text;
+}
+
 QString decodeText(const QByteArray& bytes)
 {
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = utf8(bytes);
-    return utf8.hasError() ? fromAnsi(bytes) : text;
+    return utf8.hasError() ? decodeAnsi(bytes) : text;
 }
 
 } // namespace velmora

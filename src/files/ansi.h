@@ -11,6 +11,10 @@ namespace velmora {
 /// The format: https://encoding.spec.whatwg.org/index-windows-1252.txt
 bool appendAnsi(QByteArray& bytes, QStringView text);
 
+/// The text of bytes in Windows-1252. Each of the five bytes without a character there stands for the control
+/// character of its number, which appendAnsi() turns back.
+QString decodeAnsi(const QByteArray& bytes);
+
 /// The text of a file: UTF-8 where a byte-order mark says so or the bytes are valid UTF-8, else Windows-1252.
 QString decodeText(const QByteArray& bytes);
 

@@ -3,16 +3,10 @@
 #include "files/stored_path.h"
 #include "generation/generate.h"
 #include "startup/MMain.h"
-#include "startup/captions.h"
 #include "startup/failure_report.h"
 
-#include <QCloseEvent>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QHBoxLayout>
-#include <QKeyEvent>
-#include <QScopeGuard>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -21,9 +15,6 @@ using namespace Qt::StringLiterals;
 namespace velmora {
 
 namespace {
-
-/// How long a run may go on before window events run again, in milliseconds.
-constexpr qint64 eventInterval = 30;
 
 /// The folder of a path. One that holds a macro differs from phone to phone: then the part before the macro.
 QString fixedPart(const QString& path)
@@ -43,22 +34,15 @@ bool folderExists(const QString& path)
 
 } // namespace
 
-FGenerate::FGenerate(MMain& main, QWidget* parent)
-    : QWidget(parent), m_main(main), m_selection(new SelectionPanel(main, 4))
+FGenerate::FGenerate(MMain& main)
+    : BatchWindow(main, u"FGenerate"_s, u"Velmora Generation"_s, {u"List1"_s, u"Generate"_s, u"Generate"_s}),
+      m_selection(new SelectionPanel(main, 4))
 {
-    setObjectName(u"FGenerate"_s);
-    setWindowTitle(u"Velmora Generation"_s);
-    m_inputs = {m_selection, createLevels(), createPath()};
-    auto* layout = new QVBoxLayout(this);
-    for (QWidget* input : m_inputs)
-        layout->addWidget(input);
-    layout->addWidget(createProgress(), 1);
+    addInput(m_selection);
+    addInput(createLevels());
+    addInput(createPath());
     connectControls();
-    translateCaptions(m_main, *this);
-    m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
-    m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
-    setRunning(false);
-    setFocusProxy(m_selection);
+    complete();
 }
 
 QWidget* FGenerate::createLevels()
@@ -105,38 +89,6 @@ QWidget* FGenerate::createPath()
     return row;
 }
 
-QWidget* FGenerate::createProgress()
-{
-    auto* box = new QWidget;
-    auto* layout = new QVBoxLayout(box);
-    layout->setContentsMargins(0, 0, 0, 0);
-    m_list = new QListWidget;
-    m_list->setObjectName(u"List1"_s);
-    m_list->setUniformItemSizes(true);
-    m_progress = new QProgressBar;
-    m_progress->setObjectName(u"Progress"_s);
-    m_progress->setFormat(u"%v / %m"_s);
-    QSizePolicy keptPlace = m_progress->sizePolicy();
-    keptPlace.setRetainSizeWhenHidden(true);
-    m_progress->setSizePolicy(keptPlace);
-    m_progress->hide();
-    m_generate = new QPushButton(u"Generate"_s);
-    m_generate->setObjectName(u"Generate"_s);
-    m_generate->setAutoDefault(true);
-    m_generate->setDefault(true);
-    m_generate->setEnabled(false);
-    m_cancel = new QPushButton(u"Cancel"_s);
-    m_cancel->setObjectName(u"Cancel"_s);
-    m_cancel->setAutoDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(m_progress, 1);
-    buttons->addWidget(m_generate);
-    buttons->addWidget(m_cancel);
-    layout->addWidget(m_list, 1);
-    layout->addLayout(buttons);
-    return box;
-}
-
 void FGenerate::connectControls()
 {
     const auto guarded = [this](void (FGenerate::*handler)()) {
@@ -144,15 +96,11 @@ void FGenerate::connectControls()
     };
     connect(m_selection, &SelectionPanel::companyChosen, this, guarded(&FGenerate::clearPath));
     connect(m_selection, &SelectionPanel::equipmentChosen, this, guarded(&FGenerate::chooseEquipment));
-    connect(m_selection, &SelectionPanel::rangeChosen, this, &FGenerate::enableGenerate);
+    connect(m_selection, &SelectionPanel::rangeChosen, this, &FGenerate::enableStart);
     for (int level = 0; level < m_levels.size(); ++level)
         connect(m_levels[level], &QCheckBox::clicked, this,
                 [this, level] { reportFailures(m_main, [this, level] { levelClicked(level); }); });
     connect(m_browse, &QPushButton::clicked, this, guarded(&FGenerate::browse));
-    connect(m_generate, &QPushButton::clicked, this, guarded(&FGenerate::run));
-    connect(m_cancel, &QPushButton::clicked, this, &FGenerate::cancel);
-    connect(&m_main.batch, &Batch::runningChanged, this, &FGenerate::enableGenerate);
-    connect(&m_main.batch, &Batch::stopRequested, this, [this] { m_main.stopFlag = true; });
 }
 
 void FGenerate::clearPath()
@@ -205,108 +153,25 @@ void FGenerate::pathChanged()
     m_folderExists = folderExists(m_path->text()) && !m_selection->equipment().isEmpty();
     if (m_folderExists && levels().phone)
         m_selection->fillPhones();
-    enableGenerate();
+    enableStart();
 }
 
 void FGenerate::run()
 {
-    setRunning(true);
-    const auto finish = qScopeGuard([this] { setRunning(false); });
-    const Batch::Run batch(m_main.batch);
-    m_list->clear();
-    QElapsedTimer sinceEvents;
-    sinceEvents.start();
-    const auto progress = [this, &sinceEvents](qsizetype done, qsizetype total) {
-        if (done > 0 && done < total && sinceEvents.elapsed() < eventInterval)
-            return;
-        showProgress(done, total);
-        m_main.prompts.letEventsRun();
-        sinceEvents.restart();
-    };
-    Generate(m_main, request(), {[this](const QString& line) { appendLine(line); }, progress});
+    Generate(m_main,
+             {m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
+              m_selection->phoneTo(), levels(), m_withSource->isChecked(), m_path->text()},
+             report());
 }
 
-void FGenerate::cancel()
+void FGenerate::stop()
 {
-    if (m_running)
-        m_main.stopFlag = true;
-    else
-        closeWindow();
-}
-
-void FGenerate::closeEvent(QCloseEvent* event)
-{
-    event->setAccepted(!m_running);
-    if (!m_running)
-        return;
     m_main.stopFlag = true;
-    m_closeAfterRun = true;
-}
-
-void FGenerate::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Escape)
-        m_cancel->click();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        m_generate->click();
-    else
-        QWidget::keyPressEvent(event);
-}
-
-void FGenerate::closeWindow()
-{
-    (parentWidget() ? parentWidget() : this)->close();
-}
-
-void FGenerate::setRunning(bool running)
-{
-    m_running = running;
-    for (QWidget* input : m_inputs)
-        input->setEnabled(!running);
-    m_cancel->setText(running ? m_stopCaption : m_closeCaption);
-    // Disabling the start button takes the focus from it; Stop has it meanwhile, where the user stayed here.
-    if (running)
-        m_cancel->setFocus();
-    enableGenerate();
-    if (!running && m_cancel->hasFocus())
-        m_generate->setFocus();
-    if (!running && m_closeAfterRun)
-        QMetaObject::invokeMethod(this, &FGenerate::closeWindow, Qt::QueuedConnection);
-}
-
-void FGenerate::enableGenerate()
-{
-    m_generate->setEnabled(m_folderExists && !m_main.batch.running());
-}
-
-void FGenerate::showProgress(qsizetype done, qsizetype total)
-{
-    m_progress->show();
-    m_progress->setRange(0, static_cast<int>(total));
-    m_progress->setValue(static_cast<int>(done));
-    m_list->scrollToBottom();
-}
-
-void FGenerate::appendLine(const QString& line)
-{
-    m_list->addItem(line);
-    m_list->setCurrentRow(m_list->count() - 1);
 }
 
 Levels FGenerate::levels() const
 {
     return {m_levels[0]->isChecked(), m_levels[1]->isChecked(), m_levels[2]->isChecked()};
-}
-
-GenerationRequest FGenerate::request() const
-{
-    return {m_selection->company(),
-            m_selection->equipment(),
-            m_selection->phoneFrom(),
-            m_selection->phoneTo(),
-            levels(),
-            m_withSource->isChecked(),
-            m_path->text()};
 }
 
 } // namespace velmora

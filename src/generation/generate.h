@@ -3,6 +3,7 @@
 
 #include "generation/phone_selection.h"
 #include "generation/staging.h"
+#include "startup/run_report.h"
 
 namespace velmora {
 
@@ -18,15 +19,6 @@ struct GenerationRequest {
     bool withSource = false;
     /// The output folder; it may hold a phone macro and so differ from phone to phone.
     QString folder;
-};
-
-/// Where a run reports while it goes on. Both callables must be set.
-struct RunReport {
-    /// A line for the list of the run.
-    LineSink line;
-    /// How many phones of how many are done. Called at the start and after each phone; the only moments at
-    /// which window events may run.
-    std::function<void(qsizetype done, qsizetype total)> progress;
 };
 
 /// Writes one configuration file per selected phone; without phone-level values, one template per model. The

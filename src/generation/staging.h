@@ -2,12 +2,12 @@
 #pragma once
 
 #include "generation/phone_selection.h"
+#include "startup/run_report.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <optional>
 
 namespace velmora {
@@ -20,9 +20,6 @@ struct Parameter {
     QString description;
     QString value;
 };
-
-/// Takes one line for the list of a run.
-using LineSink = std::function<void(const QString& line)>;
 
 /// Merges the parameters of the phones of a run, one after the other, in the staging table. The phones are
 /// all of one company and model. The table is emptied for the first phone and when this object ends.

@@ -23,6 +23,10 @@ QString builtInText(const QString& code)
         {u"M210"_s, u"Loading: $$ records (Esc stops)"_s},
         {u"M211"_s, u"Stopped: the first $$ records (F5 reads all)"_s},
         {u"M212"_s, u"What is being entered is not saved yet. Discard it?"_s},
+        {u"M213"_s, u"   The phone's answer can't be understood: $$"_s},
+        {u"M214"_s, u"$$ restarted"_s},
+        {u"M215"_s, u"$$ refused"_s},
+        {u"M216"_s, u"$$ unreachable"_s},
     };
     return texts.value(code);
 }

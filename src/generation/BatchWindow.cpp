@@ -1,0 +1,176 @@
+#include "generation/BatchWindow.h"
+
+#include "startup/MMain.h"
+#include "startup/captions.h"
+#include "startup/failure_report.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+/// How long a run may go on before window events run again, in milliseconds.
+constexpr qint64 eventInterval = 30;
+
+} // namespace
+
+BatchWindow::BatchWindow(MMain& main, const QString& name, const QString& title, const Controls& controls)
+    : m_main(main), m_layout(new QVBoxLayout(this))
+{
+    setObjectName(name);
+    setWindowTitle(title);
+    createProgress(controls);
+    connect(m_start, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { start(); }); });
+    connect(m_cancel, &QPushButton::clicked, this, &BatchWindow::cancel);
+    connect(&m_main.batch, &Batch::runningChanged, this, &BatchWindow::enableStart);
+    connect(&m_main.batch, &Batch::stopRequested, this, [this] {
+        if (m_running)
+            stop();
+    });
+}
+
+void BatchWindow::createProgress(const Controls& controls)
+{
+    m_list = new QListWidget;
+    m_list->setObjectName(controls.list);
+    m_list->setUniformItemSizes(true);
+    m_status = new QLabel;
+    m_status->setTextFormat(Qt::PlainText);
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_progress = new QProgressBar;
+    m_progress->setObjectName(u"Progress"_s);
+    m_progress->setFormat(u"%v / %m"_s);
+    QSizePolicy keptPlace = m_progress->sizePolicy();
+    keptPlace.setRetainSizeWhenHidden(true);
+    m_progress->setSizePolicy(keptPlace);
+    m_progress->hide();
+    m_start = new QPushButton(controls.startCaption);
+    m_start->setObjectName(controls.start);
+    m_start->setAutoDefault(true);
+    m_start->setDefault(true);
+    m_start->setEnabled(false);
+    m_cancel = new QPushButton(u"Cancel"_s);
+    m_cancel->setObjectName(u"Cancel"_s);
+    m_cancel->setAutoDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_progress, 1);
+    buttons->addWidget(m_start);
+    buttons->addWidget(m_cancel);
+    m_layout->addWidget(m_list, 1);
+    m_layout->addWidget(m_status);
+    m_layout->addLayout(buttons);
+}
+
+void BatchWindow::addInput(QWidget* input)
+{
+    m_layout->insertWidget(static_cast<int>(m_inputs.size()), input);
+    m_inputs << input;
+}
+
+void BatchWindow::complete()
+{
+    translateCaptions(m_main, *this);
+    m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
+    m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
+    setFocusProxy(m_inputs.first());
+    setRunning(false);
+}
+
+void BatchWindow::start()
+{
+    setRunning(true);
+    const auto finish = qScopeGuard([this] { setRunning(false); });
+    const Batch::Run batch(m_main.batch);
+    m_list->clear();
+    showStatus({});
+    run();
+}
+
+RunReport BatchWindow::report(bool withEvents)
+{
+    m_sinceEvents.start();
+    const auto progress = [this, withEvents](qsizetype done, qsizetype total) {
+        if (done > 0 && done < total && m_sinceEvents.elapsed() < eventInterval)
+            return;
+        showProgress(done, total);
+        if (withEvents)
+            m_main.prompts.letEventsRun();
+        m_sinceEvents.restart();
+    };
+    return {[this](const QString& line) { appendLine(line); }, progress};
+}
+
+void BatchWindow::cancel()
+{
+    if (m_running)
+        stop();
+    else
+        closeWindow();
+}
+
+void BatchWindow::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(!m_running);
+    if (!m_running)
+        return;
+    stop();
+    m_closeAfterRun = true;
+}
+
+void BatchWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        m_cancel->click();
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        m_start->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void BatchWindow::closeWindow()
+{
+    (parentWidget() ? parentWidget() : this)->close();
+}
+
+void BatchWindow::setRunning(bool running)
+{
+    m_running = running;
+    for (QWidget* input : m_inputs)
+        input->setEnabled(!running);
+    m_cancel->setText(running ? m_stopCaption : m_closeCaption);
+    // Disabling the start button takes the focus from it; Stop has it meanwhile, where the user stayed here.
+    if (running)
+        m_cancel->setFocus();
+    enableStart();
+    if (!running && m_cancel->hasFocus())
+        m_start->setFocus();
+    if (!running && m_closeAfterRun)
+        QMetaObject::invokeMethod(this, &BatchWindow::closeWindow, Qt::QueuedConnection);
+}
+
+void BatchWindow::enableStart()
+{
+    m_start->setEnabled(canStart() && !m_running && !m_main.batch.running());
+}
+
+void BatchWindow::showProgress(qsizetype done, qsizetype total)
+{
+    m_progress->show();
+    m_progress->setRange(0, static_cast<int>(total));
+    m_progress->setValue(static_cast<int>(done));
+    m_list->scrollToBottom();
+}
+
+void BatchWindow::appendLine(const QString& line)
+{
+    m_list->addItem(line);
+    m_list->setCurrentRow(m_list->count() - 1);
+}
+
+} // namespace velmora

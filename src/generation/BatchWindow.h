@@ -1,0 +1,83 @@
+// What the windows of the long runs have in common.
+#pragma once
+
+#include "startup/run_report.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace velmora {
+
+class MMain;
+
+/// Inputs at the top; below them a list of the run's lines, its progress, a start button and `Cancel`, which
+/// stops a run or else closes the window. While a run goes on, the inputs are disabled and closing the window
+/// stops it first; while another window's run goes on, this one can't start.
+class BatchWindow : public QWidget {
+    Q_OBJECT
+
+protected:
+    /// The names of the list and the start button, and the button's design caption.
+    struct Controls {
+        QString list;
+        QString start;
+        QString startCaption;
+    };
+
+    BatchWindow(MMain& main, const QString& name, const QString& title, const Controls& controls);
+
+    /// Adds something that can't be changed while a run goes on.
+    void addInput(QWidget* input);
+    /// To be called at the end of the constructor: translates all captions.
+    void complete();
+
+    /// The run. What it throws is shown in an error report.
+    virtual void run() = 0;
+    /// Makes the run that is going on end soon.
+    virtual void stop() = 0;
+    /// Whether the inputs describe a run.
+    virtual bool canStart() const = 0;
+    void enableStart();
+
+    /// What a run is given to report here. Window events run where `withEvents` is set: as often as needed to
+    /// keep the window responsive.
+    RunReport report(bool withEvents = true);
+    /// What is being done at the moment, beside the progress.
+    void showStatus(const QString& text) { m_status->setText(text); }
+    bool isRunning() const { return m_running; }
+
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    MMain& m_main;
+
+private:
+    void createProgress(const Controls& controls);
+    void start();
+    void cancel();
+    void closeWindow();
+    void setRunning(bool running);
+    void appendLine(const QString& line);
+    void showProgress(qsizetype done, qsizetype total);
+
+    QVBoxLayout* m_layout;
+    QList<QWidget*> m_inputs;
+    QListWidget* m_list;
+    QLabel* m_status;
+    QProgressBar* m_progress;
+    QPushButton* m_start;
+    QPushButton* m_cancel;
+    /// What Cancel says while a run goes on, and otherwise. Looked up beforehand: a run can end with its
+    /// database.
+    QString m_stopCaption;
+    QString m_closeCaption;
+    QElapsedTimer m_sinceEvents;
+    bool m_running = false;
+    bool m_closeAfterRun = false;
+};
+
+} // namespace velmora

@@ -1,0 +1,69 @@
+#include "reboot/FReboot.h"
+
+#include "startup/MMain.h"
+#include "startup/failure_report.h"
+
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+FReboot::FReboot(MMain& main, quint16 port)
+    : BatchWindow(main, u"FReboot"_s, u"Velmora Reboot"_s, {u"Lb1"_s, u"Ok"_s, u"Reboot"_s}),
+      m_selection(new SelectionPanel(main, 4)),
+      m_waitIfBusy(new QCheckBox(u"Wait if Busy"_s)),
+      m_reboot(main, port, reportOfReboot())
+{
+    m_waitIfBusy->setObjectName(u"Cbusy"_s);
+    addInput(m_selection);
+    addInput(m_waitIfBusy);
+    connect(m_selection, &SelectionPanel::companyChosen, this, &FReboot::enableStart);
+    connect(m_selection, &SelectionPanel::equipmentChosen, this, [this] {
+        reportFailures(m_main, [this] { m_selection->fillPhones(); });
+        enableStart();
+    });
+    connect(m_selection, &SelectionPanel::rangeChosen, this, &FReboot::enableStart);
+    connect(&m_everySecond, &QTimer::timeout, this, &FReboot::showVisit);
+    complete();
+}
+
+/// The run waits for its devices with window events running, so none have to run for its progress.
+RunReport FReboot::reportOfReboot()
+{
+    RunReport report = BatchWindow::report(false);
+    const auto showProgress = report.progress;
+    report.progress = [this, showProgress](qsizetype done, qsizetype total) {
+        showProgress(done, total);
+        showVisit();
+    };
+    return report;
+}
+
+void FReboot::run()
+{
+    m_sinceStart.start();
+    m_everySecond.start(1000);
+    const auto finish = qScopeGuard([this] { m_everySecond.stop(); });
+    const RebootCounts counts =
+        m_reboot.run({m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
+                      m_selection->phoneTo(), m_waitIfBusy->isChecked()});
+    showStatus(summaryOf(m_main, counts));
+}
+
+void FReboot::stop()
+{
+    m_reboot.abort();
+}
+
+void FReboot::showVisit()
+{
+    if (!isRunning() || m_main.phones.eof())
+        return;
+    const Phone phone = m_main.currentPhone();
+    const qint64 seconds = m_sinceStart.elapsed() / 1000;
+    showStatus(u"%1 - %2   %3:%4"_s.arg(phone.code, phone.description, QString::number(seconds / 60),
+                                        QString::number(seconds % 60).rightJustified(2, u'0')));
+}
+
+} // namespace velmora

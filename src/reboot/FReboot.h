@@ -1,0 +1,35 @@
+// The window that restarts phones.
+#pragma once
+
+#include "generation/BatchWindow.h"
+#include "generation/SelectionPanel.h"
+#include "reboot/reboot.h"
+
+#include <QCheckBox>
+#include <QTimer>
+
+namespace velmora {
+
+/// Shows what Reboot needs and what it reports, and meanwhile which phone is visited and for how long the run
+/// has been going on. A run is stopped at once: the current phone's exchange is cut off.
+class FReboot : public BatchWindow {
+    Q_OBJECT
+
+public:
+    explicit FReboot(MMain& main, quint16 port = HttpExchange::webPort);
+
+private:
+    void run() override;
+    void stop() override;
+    bool canStart() const override { return !m_selection->phoneTo().isEmpty(); }
+    RunReport reportOfReboot();
+    void showVisit();
+
+    SelectionPanel* m_selection;
+    QCheckBox* m_waitIfBusy;
+    Reboot m_reboot;
+    QElapsedTimer m_sinceStart;
+    QTimer m_everySecond;
+};
+
+} // namespace velmora

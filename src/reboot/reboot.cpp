@@ -1,0 +1,128 @@
+#include "reboot/reboot.h"
+
+#include "startup/MMain.h"
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+QString summaryOf(MMain& main, const RebootCounts& counts)
+{
+    return QStringList({main.messageLine(u"M214"_s, QString::number(counts.rebooted)),
+                        main.messageLine(u"M215"_s, QString::number(counts.refused)),
+                        main.messageLine(u"M216"_s, QString::number(counts.unreachable))})
+        .join(", "_L1);
+}
+
+Reboot::Reboot(MMain& main, quint16 port, RunReport report)
+    : m_main(main),
+      m_report(std::move(report)),
+      m_device(main, port, m_report.line),
+      m_procedures(main, m_device, m_report.line)
+{
+}
+
+RebootCounts Reboot::run(const RebootRequest& request)
+{
+    m_device.allow();
+    m_request = request;
+    m_main.phones =
+        m_main.query("SELECT * FROM PHONES WHERE CO_CODE = '"_L1 + request.company + "' AND EQ_CODE = '"_L1 +
+                     request.equipment + "' AND PH_CODE BETWEEN '"_L1 + request.phoneFrom + "' AND '"_L1 +
+                     request.phoneTo + "' ORDER BY PH_CODE"_L1);
+    RebootCounts counts;
+    counts.phones = m_main.phones.recordCount();
+    m_report.progress(0, counts.phones);
+    for (; !m_main.phones.eof(); m_main.phones.moveNext()) {
+        const RebootOutcome outcome = visitPhone();
+        counts.rebooted += outcome == RebootOutcome::Rebooted;
+        counts.refused += outcome == RebootOutcome::Refused;
+        counts.unreachable += outcome == RebootOutcome::Unreachable;
+        m_report.progress(m_main.phones.absolutePosition(), counts.phones);
+        if (m_stopFlag || m_device.isAborted())
+            break;
+    }
+    return counts;
+}
+
+RebootOutcome Reboot::visitPhone()
+{
+    const QString equipment = m_main.currentPhone().equipment;
+    const Recordset modules =
+        m_main.query("SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = '"_L1 + equipment + u'\'');
+    if (modules.recordCount() != 1)
+        return stop(u"M9"_s, equipment);
+    try {
+        return dispatch(modules.text(0));
+    } catch (const std::invalid_argument& incomprehensible) {
+        m_report.line(m_main.messageLine(u"M213"_s, QString::fromUtf8(incomprehensible.what())));
+        return RebootOutcome::Refused;
+    }
+}
+
+RebootOutcome Reboot::dispatch(const QString& module)
+{
+    if (module == "GRANDSTREAM"_L1)
+        return GXP2000();
+    if (module == "PAP2"_L1)
+        return PAP2();
+    if (module == "F1000"_L1)
+        return F1000();
+    if (module == "NONE"_L1)
+        return RebootOutcome::LeftOut;
+    return stop(u"M10"_s, m_main.currentPhone().equipment + " - "_L1 + module);
+}
+
+RebootOutcome Reboot::stop(const QString& message, const QString& substitution)
+{
+    m_main.showMessage(message, substitution);
+    m_stopFlag = true;
+    return RebootOutcome::Refused;
+}
+
+RebootOutcome Reboot::GXP2000()
+{
+    const auto values = valuesNamedBy({u"$$IP1"_s, u"$$IP2"_s, u"$$IP3"_s, u"$$IP4"_s, u"$$EPWD"_s});
+    if (!values)
+        return RebootOutcome::Unreachable;
+    return m_procedures.RebootGXP2000(values->first(4).join(u'.'), values->last(), m_request.waitIfBusy);
+}
+
+RebootOutcome Reboot::PAP2()
+{
+    const auto values = valuesNamedBy({u"$$IP1"_s, u"$$EPWD"_s});
+    if (!values)
+        return RebootOutcome::Unreachable;
+    // Only here: a run that a model has stopped is not forgotten by the Reboot button.
+    m_stopFlag = false;
+    return m_procedures.RebootPAP2(values->first(), values->last());
+}
+
+RebootOutcome Reboot::F1000()
+{
+    const auto values = valuesNamedBy({u"$$IP1"_s, u"$$EPWD"_s});
+    if (!values)
+        return RebootOutcome::Unreachable;
+    return m_procedures.RebootF1000(values->first(), values->last());
+}
+
+/// The current phone's values of the parameters that the model's system rows of those keys name; nothing,
+/// after a message, when a row is missing.
+std::optional<QStringList> Reboot::valuesNamedBy(const QStringList& keys)
+{
+    QStringList values;
+    for (const QString& key : keys) {
+        const Recordset row = m_main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$"_L1 +
+                                           m_request.equipment + "' AND SY_SUBCODE = '"_L1 + key + u'\'');
+        if (row.eof()) {
+            m_main.showMessage(u"M20"_s, key);
+            return std::nullopt;
+        }
+        values << m_main.GetParameterValue(row.text(0));
+    }
+    return values;
+}
+
+} // namespace velmora

@@ -1,0 +1,63 @@
+// The run that restarts the selected phones.
+#pragma once
+
+#include "reboot/http_exchange.h"
+#include "reboot/reboot_procedures.h"
+
+#include <optional>
+
+namespace velmora {
+
+struct RebootRequest {
+    QString company;
+    QString equipment;
+    /// The first and last phone code.
+    QString phoneFrom;
+    QString phoneTo;
+    /// Whether a GXP2000 that is busy is asked again every five seconds, until the user gives up.
+    bool waitIfBusy = false;
+};
+
+/// How many phones ended how.
+struct RebootCounts {
+    qsizetype phones = 0;
+    qsizetype rebooted = 0;
+    qsizetype refused = 0;
+    qsizetype unreachable = 0;
+};
+
+/// The counts in words.
+QString summaryOf(MMain& main, const RebootCounts& counts);
+
+/// Restarts phones through their web servers. One object serves one run after the other; a model that stopped
+/// a run also ends the next one after its first phone, unless that is a PAP2.
+class Reboot {
+public:
+    Reboot(MMain& main, quint16 port, RunReport report);
+
+    /// Visits the phones in the order of their codes. What goes wrong with a device is a line; a model
+    /// without a procedure is a message and ends the run, as abort() does. Window events run all the time.
+    /// Throws DatabaseError.
+    RebootCounts run(const RebootRequest& request);
+    /// Ends the run that is going on.
+    void abort() { m_device.abort(); }
+    void closeConnection() { m_device.close(); }
+
+private:
+    RebootOutcome visitPhone();
+    RebootOutcome dispatch(const QString& module);
+    RebootOutcome stop(const QString& message, const QString& substitution);
+    RebootOutcome GXP2000();
+    RebootOutcome PAP2();
+    RebootOutcome F1000();
+    std::optional<QStringList> valuesNamedBy(const QStringList& keys);
+
+    MMain& m_main;
+    RunReport m_report;
+    HttpExchange m_device;
+    RebootProcedures m_procedures;
+    RebootRequest m_request;
+    bool m_stopFlag = false;
+};
+
+} // namespace velmora

@@ -1,0 +1,132 @@
+#include "support/device_double.h"
+
+#include <QCryptographicHash>
+#include <QRegularExpression>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+void send(QTcpSocket& connection, const QByteArray& reply)
+{
+    connection.write(reply);
+    connection.disconnectFromHost();
+}
+
+QByteArray page(const QByteArray& status, const QByteArray& headers, const QByteArray& body)
+{
+    return "HTTP/1.0 " + status + "\r\nServer: device double\r\n" + headers + "\r\n<html><body>" + body +
+           "</body></html>\r\n";
+}
+
+bool isWhole(const QByteArray& request)
+{
+    const qsizetype headEnd = request.indexOf("\r\n\r\n");
+    if (headEnd < 0 || !request.startsWith("POST "))
+        return headEnd >= 0;
+    return request.size() > headEnd + 4;
+}
+
+QByteArray md5(const QByteArray& text)
+{
+    return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
+}
+
+QByteArray fieldOf(const QByteArray& request, const char* name)
+{
+    const QRegularExpression field(u"[ ,]%1=\"?([^\",]*)"_s.arg(QLatin1StringView(name)));
+    return field.match(QString::fromLatin1(request)).captured(1).toLatin1();
+}
+
+} // namespace
+
+DeviceDouble::DeviceDouble(DeviceBehaviour behaviour, const QString& address, quint16 port)
+    : m_behaviour(std::move(behaviour))
+{
+    connect(&m_server, &QTcpServer::newConnection, this, &DeviceDouble::accept);
+    m_server.listen(QHostAddress(address), port);
+}
+
+void DeviceDouble::accept()
+{
+    while (QTcpSocket* connection = m_server.nextPendingConnection()) {
+        const qsizetype number = m_received.size();
+        m_received << QByteArray();
+        const auto answer = [this, connection, number] {
+            m_received[number] += connection->readAll();
+            Q_EMIT requested(m_received[number]);
+            m_behaviour(*connection, m_received[number]);
+        };
+        connect(connection, &QTcpSocket::readyRead, this, answer);
+        connect(connection, &QTcpSocket::disconnected, connection, &QObject::deleteLater);
+        if (connection->bytesAvailable() > 0)
+            answer();
+    }
+}
+
+DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits)
+{
+    const auto busyLeft = std::make_shared<int>(busyVisits);
+    return [password, busyLeft](QTcpSocket& connection, const QByteArray& received) {
+        if (!isWhole(received))
+            return;
+        if (received.startsWith("POST /dologin.htm"))
+            send(connection, received.contains("\r\n\r\nP2=" + password + "&gnkey=7c3e\r\n")
+                                 ? page("200 OK", "Set-Cookie: session=0a1b2c; path=/\r\n", "welcome")
+                                 : page("200 OK", {}, "wrong password"));
+        else if (received.startsWith("GET /rs.htm"))
+            send(connection,
+                 page("200 OK", {},
+                      received.contains("\r\nCookie: session=0a1b2c\r\n") ? "rebooting" : "log in"));
+        else
+            send(connection, page("200 OK", {}, (*busyLeft)-- > 0 ? "The device is busy" : "log in"));
+    };
+}
+
+DeviceBehaviour pap2Device(const QByteArray& password)
+{
+    return [password](QTcpSocket& connection, const QByteArray& received) {
+        if (!isWhole(received))
+            return;
+        const QByteArray expected =
+            md5(md5("admin:Phone Admin:" + password) + ":n0nce:" + fieldOf(received, "nc") + ':' +
+                fieldOf(received, "cnonce") + ":auth:" + md5("GET:/admin/reboot"));
+        if (fieldOf(received, "response") == expected)
+            send(connection, page("200 OK", {}, "rebooting"));
+        else
+            send(connection,
+                 page("401 Unauthorized",
+                      "WWW-Authenticate: Digest realm=\"Phone Admin\", domain=\"/\", nonce=\"n0nce\", "
+                      "opaque=\"0paque\", qop=\"auth\", algorithm=\"MD5\"\r\n",
+                      "who are you?"));
+    };
+}
+
+DeviceBehaviour f1000Device(const QByteArray& password)
+{
+    return [password](QTcpSocket& connection, const QByteArray& received) {
+        if (!isWhole(received))
+            return;
+        const QByteArray credentials =
+            QByteArray("admin:" + password).toBase64(QByteArray::OmitTrailingEquals);
+        const bool known = received.contains("Authorization: Basic " + credentials + "\r\n");
+        send(connection, page(known ? "200 OK" : "401 Unauthorized", "Connection: close\r\n", "settings"));
+    };
+}
+
+DeviceBehaviour answering(const QByteArray& reply, bool closes)
+{
+    return [reply, closes](QTcpSocket& connection, const QByteArray& received) {
+        if (!isWhole(received))
+            return;
+        connection.write(reply);
+        if (closes)
+            connection.disconnectFromHost();
+    };
+}
+
+} // namespace velmora
