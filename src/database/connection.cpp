@@ -76,11 +76,13 @@ void Connection::prepareSessions(std::function<void(Connection&)> preparation)
     m_preparation = std::move(preparation);
 }
 
-void Connection::execute(const QString& statement, const QStringList& values)
+int Connection::execute(const QString& statement, const QStringList& values)
 {
     QSqlQuery query = run(statement, values);
+    const int rows = query.numRowsAffected();
     if (!values.isEmpty())
         keep(statement, std::move(query));
+    return rows;
 }
 
 void Connection::executePortable(const QString& statement)

@@ -36,8 +36,9 @@ public:
     /// Runs `preparation` now and whenever a lost session is replaced by a new one.
     void prepareSessions(std::function<void(Connection&)> preparation);
 
-    /// Runs a statement, the values bound to its "?" in order. An empty text is never taken for NULL.
-    void execute(const QString& statement, const QStringList& values = {});
+    /// Runs a statement, the values bound to its "?" in order. An empty text is never taken for NULL. Returns
+    /// how many rows it inserted, found to update or deleted.
+    int execute(const QString& statement, const QStringList& values = {});
     /// Runs a statement whose text is the same for all engines, in the words of this one.
     void executePortable(const QString& statement);
     /// Runs a query and holds its whole result.

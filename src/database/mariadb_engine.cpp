@@ -59,9 +59,9 @@ void MariaDbEngine::configure(QSqlDatabase& database, const ConnectionString& st
     if (!isNumber)
         throw DatabaseError(string.text(), u"The Port \"%1\" is no port number."_s.arg(port));
     database.setConnectOptions(
-        u"MYSQL_OPT_CONNECT_TIMEOUT=%1;MYSQL_OPT_READ_TIMEOUT=%2;MYSQL_OPT_WRITE_TIMEOUT=%2"_s.arg(
-            QString::number(Connection::connectionTimeoutSeconds),
-            QString::number(Connection::commandTimeoutSeconds)));
+        u"CLIENT_FOUND_ROWS=1;MYSQL_OPT_CONNECT_TIMEOUT=%1;MYSQL_OPT_READ_TIMEOUT=%2;MYSQL_OPT_WRITE_TIMEOUT=%2"_s
+            .arg(QString::number(Connection::connectionTimeoutSeconds),
+                 QString::number(Connection::commandTimeoutSeconds)));
 }
 
 void MariaDbEngine::prepareSession(Connection& connection, OpenMode mode) const

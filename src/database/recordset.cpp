@@ -2,6 +2,7 @@
 
 #include "database/database_error.h"
 
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlRecord>
 
@@ -20,6 +21,10 @@ bool Cursor::next()
 {
     if (m_query.next())
         return true;
+    // A query whose session has been given up ends without an error.
+    if (!m_query.driver() || !m_query.driver()->isOpen())
+        throw DatabaseError(m_query.lastQuery(), u"The connection was lost."_s,
+                            DatabaseError::Reason::ConnectionLost);
     if (m_query.lastError().isValid())
         throw DatabaseError(m_query.lastQuery(), m_query.lastError().databaseText());
     return false;

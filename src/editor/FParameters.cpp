@@ -67,10 +67,12 @@ FParameters::FParameters(MMain& main, QWidget* parent)
     m_strip->setExpanding(false);
     m_strip->setDocumentMode(true);
     m_strip->setElideMode(Qt::ElideNone);
+    m_strip->installEventFilter(this);
     m_list->setObjectName(u"ListCom"_s);
     m_ok->setObjectName(u"Ok"_s);
     m_ok->setDefault(true);
     m_cancel->setObjectName(u"Cancel"_s);
+    m_cancel->setAutoDefault(true);
     m_error->setObjectName(u"LErr"_s);
     m_error->setTextFormat(Qt::PlainText);
     m_error->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -147,9 +149,9 @@ void FParameters::connectControls()
         return [this, handler] { reportFailures(m_main, handler); };
     };
     connect(m_strip, &QTabBar::currentChanged, this, guarded([this] { chooseTab(); }));
-    // A click on the tab that is open already opens it anew: another try at its password.
+    // A click on a tab that could not be opened tries again: another password.
     connect(m_strip, &QTabBar::tabBarClicked, this, [this](int tab) {
-        if (tab == m_strip->currentIndex())
+        if (tab == m_strip->currentIndex() && !isOpen())
             reportFailures(m_main, [this] { chooseTab(); });
     });
     connect(m_new, &QAction::triggered, this, guarded([this] { edit(RecordMode::Insert); }));
@@ -169,7 +171,14 @@ void FParameters::connectControls()
     connect(m_panel, &RecordPanel::changed, this, [this] { enableControls(); });
     connect(m_ok, &QPushButton::clicked, this, guarded([this] { write(); }));
     connect(m_cancel, &QPushButton::clicked, this, &FParameters::closePanel);
-    connect(&m_main.batch, &Batch::runningChanged, this, [this] { enableControls(); });
+    connect(&m_main.batch, &Batch::runningChanged, this, [this] {
+        // A batch may write, and an unfinished reading would stand in its way.
+        stopLoading();
+        enableControls();
+    });
+    for (const auto& [key, step] : {std::pair(Qt::Key_PageDown, 1), std::pair(Qt::Key_PageUp, -1)})
+        connect(new QShortcut(QKeySequence(Qt::CTRL | key), this), &QShortcut::activated, this,
+                [this, step = step] { goToTab(m_strip->currentIndex() + step); });
     for (int column = 0; column < sortKeys; ++column)
         connect(new QShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + column)), this), &QShortcut::activated,
                 this, [this, column] {
@@ -196,7 +205,7 @@ void FParameters::chooseTab()
     m_table = {tab.table, {}, {}};
     m_list->setTable(m_table);
     showCount();
-    createFilters();
+    clearFilters();
     setWindowTitle("Configuration - "_L1 + tab.caption);
     arrange();
     enableControls();
@@ -218,27 +227,49 @@ void FParameters::askPassword()
         showError(m_main.messageLine(u"M100"_s));
 }
 
-void FParameters::FormList()
+void FParameters::FormList(const QStringList& chosen)
 {
-    m_table = describeTable(m_main, m_table.name);
+    // Everything that can fail, before anything changes.
+    const TableDescription table = describeTable(m_main, m_table.name);
+    QList<QStringList> entries;
+    for (const QString& key : table.keys)
+        entries << QStringList(m_allText) + distinctValues(m_main, table.name, key);
+
+    m_table = table;
     m_list->setTable(m_table);
-    createFilters();
-    if (m_access != Access::False)
-        RempList();
+    createFilters(entries);
+    for (qsizetype key = 0; key < std::min(m_filters.size(), chosen.size()); ++key)
+        if (const int entry = m_filters[key]->findText(chosen[key]); entry > 0)
+            m_filters[key]->setCurrentIndex(entry);
+    RempList();
     arrange();
     enableControls();
 }
 
-void FParameters::createFilters()
+void FParameters::clearFilters()
 {
-    qDeleteAll(m_filterLabels);
-    qDeleteAll(m_filters);
+    for (const QComboBox* filter : m_filters)
+        if (filter->hasFocus())
+            m_list->setFocus();
+    for (QWidget* control : m_pane->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (control != m_list) {
+            control->hide();
+            control->setObjectName(QString());
+            control->deleteLater(); // it may be the one whose signal led here
+        }
     m_filterLabels.clear();
     m_filters.clear();
+}
+
+/// `entries` are those of one filter per key column.
+void FParameters::createFilters(const QList<QStringList>& entries)
+{
+    clearFilters();
     for (const QString& key : m_table.keys) {
         const auto column = std::find_if(m_table.columns.begin(), m_table.columns.end(),
                                          [&key](const TableColumn& one) { return one.name == key; });
-        const QString number = u"_%1"_s.arg(m_filters.size() + 1);
+        const qsizetype place = m_filters.size();
+        const QString number = u"_%1"_s.arg(place + 1);
         auto* label = new QLabel(column->caption, m_pane);
         label->setObjectName("FLab"_L1 + number);
         label->setTextFormat(Qt::PlainText);
@@ -246,12 +277,13 @@ void FParameters::createFilters()
         filter->setObjectName("Filter"_L1 + number);
         filter->setAccessibleName(column->caption);
         filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        filter->setFocusPolicy(Qt::StrongFocus);
+        filter->installEventFilter(this);
         // A column may have a hundred thousand values.
-        auto* entries = new QListView;
-        entries->setUniformItemSizes(true);
-        filter->setView(entries);
-        filter->setModel(
-            new QStringListModel(QStringList(m_allText) + distinctValues(m_main, m_table.name, key), filter));
+        auto* list = new QListView;
+        list->setUniformItemSizes(true);
+        filter->setView(list);
+        filter->setModel(new QStringListModel(entries[place], filter));
         label->show();
         filter->show();
         m_filterLabels << label;
@@ -272,15 +304,18 @@ void FParameters::RempList()
     m_list->load(listStatement(m_table, filters, m_access));
 }
 
-/// Adds the key of a new record to the entries of the filters.
-void FParameters::offerInFilters(const QStringList& values)
+/// Adds the key of a new record to the entries of the filters, and gives up those that would hide it.
+void FParameters::showInFilters(const QStringList& values)
 {
     for (qsizetype column = 0; column < values.size(); ++column) {
         const qsizetype key = m_table.keys.indexOf(m_table.columns[column].name);
         if (key < 0)
             continue;
-        auto* entries = static_cast<QStringListModel*>(m_filters[key]->model());
-        QStringList texts = entries->stringList();
+        QComboBox* filter = m_filters[key];
+        if (filter->currentIndex() != 0 && filter->currentText() != values[column])
+            filter->setCurrentIndex(0);
+        auto* entries = static_cast<QStringListModel*>(filter->model());
+        const QStringList texts = entries->stringList();
         const auto place = std::lower_bound(texts.begin() + 1, texts.end(), values[column]);
         if (place != texts.end() && *place == values[column])
             continue;
@@ -296,6 +331,8 @@ void FParameters::edit(RecordMode mode)
     if (editing() || (mode != RecordMode::Insert && row < 0))
         return;
     m_error->hide();
+    m_list->selectNothingLater();
+    m_editedRow = m_list->currentIndex();
     const QHash<RecordMode, QString> captions = {{RecordMode::Insert, u"OK_INS"_s},
                                                  {RecordMode::Update, u"OK_UPD"_s},
                                                  {RecordMode::Delete, u"OK_DEL"_s}};
@@ -322,9 +359,11 @@ void FParameters::write()
 {
     if (!editing() || !m_ok->isEnabled())
         return;
+    // An engine may refuse to write while a reading that began before another user's writing goes on.
+    const bool wasLoading = stopLoading();
     const QString failure = writeRecord(m_main, *m_form);
     if (failure.isEmpty()) {
-        finishWriting(m_form->values());
+        finishWriting(m_form->mode(), m_form->values(), wasLoading);
         return;
     }
     // What was typed stays, to be put right or copied. A deletion has nothing to put right.
@@ -333,23 +372,19 @@ void FParameters::write()
     showError(failure);
 }
 
-void FParameters::finishWriting(const QStringList& values)
+void FParameters::finishWriting(RecordMode mode, const QStringList& values, bool reload)
 {
-    const RecordMode mode = m_form->mode();
-    const int row = m_list->selectedRow();
+    const int row = m_editedRow.row();
     closePanel();
-    switch (mode) {
-    case RecordMode::Insert:
-        offerInFilters(values);
+    if (mode == RecordMode::Insert)
+        showInFilters(values);
+    if (mode == RecordMode::Insert || reload) {
         RempList();
         m_list->selectRecord(values);
-        break;
-    case RecordMode::Update:
+    } else if (mode == RecordMode::Update) {
         m_list->updateRecord(row, values);
-        break;
-    case RecordMode::Delete:
+    } else {
         m_list->records().removeRows(row, 1);
-        break;
     }
     showCount();
 }
@@ -381,26 +416,60 @@ void FParameters::closeEvent(QCloseEvent* event)
 void FParameters::keyPressEvent(QKeyEvent* event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && editing()) {
-        if (m_ok->isEnabled())
-            m_ok->click();
-        else
-            m_panel->focusNextField();
-    } else if (event->key() == Qt::Key_Escape && editing()) {
+    if (enter && editing() && m_panel->isAncestorOf(focusWidget()))
+        enterPressed(event->modifiers().testFlag(Qt::ControlModifier));
+    else if (event->key() == Qt::Key_Escape && m_list->isLoading())
+        stopLoading();
+    else if (event->key() == Qt::Key_Escape && editing())
         closePanel();
-    } else if (event->key() == Qt::Key_Escape && m_list->isLoading()) {
-        m_list->stopLoading();
-        showCount();
-    } else if (event->key() == Qt::Key_F5 && !editing()) {
-        reportFailures(m_main, [this] { m_access == Access::False ? chooseTab() : RempList(); });
-    } else if (event->modifiers() == Qt::ControlModifier && !editing() &&
-               (event->key() == Qt::Key_PageDown || event->key() == Qt::Key_PageUp)) {
-        const int tab = m_strip->currentIndex() + (event->key() == Qt::Key_PageDown ? 1 : -1);
-        if (tab >= 0 && tab < m_strip->count())
-            m_strip->setCurrentIndex(tab);
-    } else {
+    else if (event->key() == Qt::Key_F5 && !editing())
+        reportFailures(m_main, [this] { refresh(); });
+    else
         QWidget::keyPressEvent(event);
+}
+
+/// A new record is gone through to its last field, so that none is left out by mistake.
+void FParameters::enterPressed(bool atOnce)
+{
+    const bool goOn = m_form->mode() == RecordMode::Insert && !atOnce;
+    if (!goOn || !m_panel->focusNextField())
+        m_ok->click();
+}
+
+void FParameters::refresh()
+{
+    if (!isOpen()) {
+        chooseTab();
+        return;
     }
+    QStringList chosen;
+    for (const QComboBox* filter : m_filters)
+        chosen << (filter->currentIndex() == 0 ? QString() : filter->currentText());
+    FormList(chosen);
+}
+
+void FParameters::goToTab(int tab)
+{
+    if (!editing() && tab >= 0 && tab < m_strip->count())
+        m_strip->setCurrentIndex(tab);
+}
+
+/// Whether something was still being read.
+bool FParameters::stopLoading()
+{
+    if (!m_list->isLoading())
+        return false;
+    m_list->stopLoading();
+    showCount();
+    return true;
+}
+
+bool FParameters::eventFilter(QObject* watched, QEvent* event)
+{
+    // Turning the wheel over them must not choose another table or filter by accident.
+    if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(watched)->hasFocus())
+        return true;
+    return QWidget::eventFilter(watched, event);
 }
 
 void FParameters::resizeEvent(QResizeEvent* event)
@@ -479,8 +548,7 @@ void FParameters::SortTabFields()
 
 void FParameters::enableControls()
 {
-    const bool open = m_access != Access::False && !m_table.columns.isEmpty();
-    const bool free = !editing() && open && !m_main.batch.running();
+    const bool free = !editing() && isOpen() && !m_main.batch.running();
     const bool onRecord = m_list->selectedRow() >= 0;
     m_new->setEnabled(free);
     m_edit->setEnabled(free && onRecord);
@@ -495,7 +563,7 @@ void FParameters::enableControls()
 
 void FParameters::showCount()
 {
-    if (m_access == Access::False) {
+    if (!isOpen()) {
         m_count->clear();
         return;
     }

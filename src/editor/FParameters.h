@@ -32,6 +32,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void createActions();
@@ -41,16 +42,24 @@ private:
 
     void chooseTab();
     void askPassword();
-    void FormList();
-    void createFilters();
+    /// `chosen` are the texts of the filters, where they are to stay.
+    void FormList(const QStringList& chosen = {});
+    void clearFilters();
+    void createFilters(const QList<QStringList>& entries);
     void RempList();
 
     void edit(RecordMode mode);
     void write();
-    void finishWriting(const QStringList& values);
-    void offerInFilters(const QStringList& values);
+    void finishWriting(RecordMode mode, const QStringList& values, bool reload);
+    void showInFilters(const QStringList& values);
     void closePanel();
     bool editing() const { return m_form.has_value(); }
+    /// Whether a table's records may be seen and changed.
+    bool isOpen() const { return m_access != Access::False && !m_table.columns.isEmpty(); }
+    void enterPressed(bool atOnce);
+    void refresh();
+    void goToTab(int tab);
+    bool stopLoading();
     bool mayDiscard();
 
     void arrange();
@@ -91,6 +100,8 @@ private:
     TableDescription m_table;
     Access m_access = Access::False;
     std::optional<RecordForm> m_form;
+    /// The row that is being changed or deleted; rows may come before it meanwhile.
+    QPersistentModelIndex m_editedRow;
 };
 
 } // namespace velmora

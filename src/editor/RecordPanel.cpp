@@ -137,9 +137,9 @@ void RecordPanel::placeRows()
     }
 }
 
-bool RecordPanel::focusFirstField()
+bool RecordPanel::focusFieldFrom(qsizetype first)
 {
-    for (const Row& row : m_rows)
+    for (const Row& row : m_rows.sliced(first))
         for (QWidget* control : {static_cast<QWidget*>(row.text), static_cast<QWidget*>(row.combo)})
             if (!control->isHidden() && control->isEnabled() &&
                 !(control == row.text && row.text->isReadOnly())) {
@@ -150,13 +150,16 @@ bool RecordPanel::focusFirstField()
     return false;
 }
 
-void RecordPanel::focusNextField()
+bool RecordPanel::focusNextField()
 {
-    leave(focusWidget());
-    focusNextPrevChild(true);
+    const QWidget* left = window()->focusWidget();
+    leave(left);
+    const auto row = std::find_if(m_rows.begin(), m_rows.end(),
+                                  [left](const Row& one) { return one.text == left || one.combo == left; });
+    return row != m_rows.end() && focusFieldFrom(row - m_rows.begin() + 1);
 }
 
-void RecordPanel::leave(QObject* widget)
+void RecordPanel::leave(const QObject* widget)
 {
     for (qsizetype field = 0; field < m_rows.size(); ++field)
         if (m_rows[field].text == widget) {

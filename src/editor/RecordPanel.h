@@ -24,9 +24,9 @@ public:
     /// From the top of one field to that of the next, and the height of a field.
     void setRowHeights(int step, int height);
     /// Moves the focus to the first field that can be changed, or says that there is none.
-    bool focusFirstField();
-    /// Moves on from the field that has the focus, as the Tab key does.
-    void focusNextField();
+    bool focusFirstField() { return focusFieldFrom(0); }
+    /// Moves on from the field that has the focus to the next one, or says that there is none.
+    bool focusNextField();
 
 Q_SIGNALS:
     /// A field has been changed, so that others may have become open or closed.
@@ -45,7 +45,8 @@ private:
 
     Row addRow(qsizetype field);
     void showState();
-    void leave(QObject* widget);
+    bool focusFieldFrom(qsizetype first);
+    void leave(const QObject* widget);
     void placeRows();
 
     RecordForm* m_form = nullptr;

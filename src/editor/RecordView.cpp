@@ -77,6 +77,7 @@ void RecordView::load(const QString& statement)
         m_widths.push_back(fontMetrics().horizontalAdvance(caption) + fromTwips(columnMargin, logicalDpiX()));
         header()->resizeSection(column, m_widths.back());
     }
+    Q_EMIT loaded(); // nothing so far, whether or not the statement fails
     m_main.sqlText = statement;
     m_cursor = std::make_unique<Cursor>(m_main.connection.cursor(statement));
     readSome();
@@ -164,6 +165,13 @@ void RecordView::selectWanted(int firstRow)
         m_wanted.reset();
         selectRow(*row);
     }
+}
+
+void RecordView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    // Whoever has moved on is not fetched back.
+    selectNothingLater();
+    QTreeView::currentChanged(current, previous);
 }
 
 void RecordView::updateRecord(int row, const QStringList& values)

@@ -39,6 +39,8 @@ public:
     void selectRow(int row);
     /// Selects the record with the key of `values`, as soon as it has been read.
     void selectRecord(const QStringList& values);
+    /// Gives up selecting a record that has not been read yet.
+    void selectNothingLater() { m_wanted.reset(); }
     /// Replaces the values of a record in its place.
     void updateRecord(int row, const QStringList& values);
     /// Sorts by a column: ascending, or the other way round when it was the last one sorted by.
@@ -47,6 +49,9 @@ public:
 Q_SIGNALS:
     /// Rows have come, or the reading has ended.
     void loaded();
+
+protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
     void readSome();

@@ -26,7 +26,7 @@ QString placeholderValue(const QString& statement, const QString& column, const 
     if (field == fields.end())
         throw DatabaseError(statement,
                             u"This pick list names &%1, which is no column of the table."_s.arg(column));
-    return field->dropDown ? u'\'' + field->value() + u'\'' : field->value();
+    return !field->pickList.isEmpty() ? u'\'' + field->value() + u'\'' : field->value();
 }
 
 } // namespace

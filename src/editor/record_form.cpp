@@ -155,7 +155,9 @@ QString writeRecord(MMain& main, const RecordForm& form)
         return {};
     try {
         main.sqlText = statement;
-        main.connection.execute(statement);
+        const int rows = main.connection.execute(statement);
+        if (form.mode() == RecordMode::Update && rows == 0)
+            return showFailure(main, form.mode(), main.messageLine(u"M217"_s));
         return {};
     } catch (const DatabaseError& error) {
         return showFailure(main, form.mode(), error.description());

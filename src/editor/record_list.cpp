@@ -6,11 +6,11 @@ namespace velmora {
 
 namespace {
 
-QString whereClause(const QList<KeyFilter>& filters, Access access)
+QString whereClause(const QStringList& keys, const QList<KeyFilter>& filters, Access access)
 {
-    if (filters.isEmpty())
+    if (keys.isEmpty())
         return {};
-    QStringList conditions(filters.first().column +
+    QStringList conditions(keys.first() +
                            (access == Access::Admin ? " LIKE '$$%'"_L1 : " NOT LIKE '$$%'"_L1));
     for (const KeyFilter& filter : filters)
         if (filter.index != 0)
@@ -26,8 +26,8 @@ QString listStatement(const TableDescription& table, const QList<KeyFilter>& fil
     for (const TableColumn& column : table.columns)
         names << column.name;
     const QString order = table.keys.isEmpty() ? QString() : " ORDER BY "_L1 + table.keys.join(", "_L1);
-    return "SELECT "_L1 + names.join(", "_L1) + " FROM "_L1 + table.name + whereClause(filters, access) +
-           order;
+    return "SELECT "_L1 + names.join(", "_L1) + " FROM "_L1 + table.name +
+           whereClause(table.keys, filters, access) + order;
 }
 
 } // namespace velmora

@@ -79,6 +79,8 @@ QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int r
 
 bool RecordModel::removeRows(int row, int count, const QModelIndex& parent)
 {
+    if (count <= 0)
+        return false;
     beginRemoveRows(parent, row, row + count - 1);
     const auto first = m_records.begin() + row;
     m_records.erase(first, first + count);

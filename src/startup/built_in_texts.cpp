@@ -27,6 +27,7 @@ QString builtInText(const QString& code)
         {u"M214"_s, u"$$ restarted"_s},
         {u"M215"_s, u"$$ refused"_s},
         {u"M216"_s, u"$$ unreachable"_s},
+        {u"M217"_s, u"Another user has deleted it meanwhile, or changed its key."_s},
     };
     return texts.value(code);
 }

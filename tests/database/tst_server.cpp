@@ -119,6 +119,8 @@ void tst_server::keepsTextsAsTheyAre()
 void tst_server::connectsAnewAfterALoss()
 {
     TestDatabase database;
+    Cursor reading = database.main.connection.cursor(u"SELECT LE_CODE FROM LEVELS"_s);
+    QVERIFY(reading.next());
     killSessions(database);
     try {
         database.value(u"SELECT 1"_s);
@@ -132,6 +134,9 @@ void tst_server::connectsAnewAfterALoss()
     Connection other;
     other.open(database.connectionString());
     QCOMPARE(other.select(u"SELECT COUNT(*) FROM EQ_TEMP"_s).text(0), u"0"_s);
+
+    // What the lost session was still to read does not end as if it were whole.
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, reading.next());
 }
 
 void tst_server::keepsNothingOfALostTransaction()

@@ -222,6 +222,7 @@ void tst_editor::fillsPlaceholders_data()
     row("none", "SELECT 1", "SELECT 1");
     row("a drop-down is quoted", "SELECT PH_CODE FROM PHONES WHERE CO_CODE = &CO_CODE",
         "SELECT PH_CODE FROM PHONES WHERE CO_CODE = 'C1'");
+    row("a locked key with a pick list, too", "X = &CO_KEY", "X = 'C9'");
     row("a text is not", "X = &PH_DESC AND 1", "X = Hall 3 AND 1");
     row("a text between quotes", "X = '&PH_DESC'", "X = 'Hall 3'");
     row("ended by a bracket, twice", "A IN (&CO_CODE) AND B IN (SELECT &CO_CODE)",
@@ -236,12 +237,14 @@ void tst_editor::fillsPlaceholders()
         RecordField made;
         made.column = column;
         made.dropDown = dropDown;
+        made.pickList = dropDown || column == "CO_KEY"_L1 ? u"list"_s : QString();
         made.text = text;
         return made;
     };
     const QList<RecordField> fields = {
-        field(u"CO_CODE"_s, true, u"C1 \\\\ Company one"_s), field(u"CO_CODE2"_s, false, u"two"_s),
-        field(u"PH_DESC"_s, false, u"Hall 3"_s), field(u"ODD"_s, false, u"R&D"_s)};
+        field(u"CO_KEY"_s, false, u"C9"_s), field(u"CO_CODE"_s, true, u"C1 \\\\ Company one"_s),
+        field(u"CO_CODE2"_s, false, u"two"_s), field(u"PH_DESC"_s, false, u"Hall 3"_s),
+        field(u"ODD"_s, false, u"R&D"_s)};
     QFETCH(QString, statement);
     QTEST(substitutePlaceholders(statement, fields), "filled");
 }
