@@ -2,9 +2,11 @@
 // the demo database in the program folder.
 #include "editor/FParameters.h"
 #include "generation/FGenerate.h"
+#include "reboot/FReboot.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
 #include "startup/start_up.h"
+#include "support/device_double.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -57,6 +59,23 @@ void takeEditorImages(MMain& main, const QString& folder, const QString& suffix)
     main.connection.execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE LIKE '$$PWD%'"_s);
 }
 
+/// The reboot window after it has visited four devices, one of them with another password.
+void takeRebootImage(MMain& main, const QString& folder, const QString& suffix)
+{
+    main.connection.execute(
+        u"UPDATE PHONES_PARAMETERS SET PA_VALUE = '127.20.0.' || PH_CODE WHERE PA_CODE = 'Static_IP'"_s);
+    const DeviceDouble first(pap2Device("demo-luna"), u"127.20.0.113"_s);
+    const DeviceDouble second(pap2Device("demo-luna"), u"127.20.0.114"_s, first.port());
+    const DeviceDouble third(pap2Device("changed"), u"127.20.0.115"_s, first.port());
+    const DeviceDouble fourth(pap2Device("demo-luna"), u"127.20.0.116"_s, first.port());
+    FReboot reboot(main, first.port());
+    reboot.show();
+    choose(reboot, u"Filter_1"_s, u"LUNA"_s);
+    choose(reboot, u"Filter_2"_s, u"PAP2"_s);
+    reboot.findChild<QPushButton*>(u"Ok"_s)->click();
+    save(reboot, folder + "/FReboot"_L1 + suffix);
+}
+
 void takeImages(MMain& main, const QString& folder)
 {
     const QString suffix = u'-' + main.language.toLower() + ".png"_L1;
@@ -74,6 +93,7 @@ void takeImages(MMain& main, const QString& folder)
     generate->findChild<QPushButton*>(u"Generate"_s)->click();
     save(*generate, folder + "/FGenerate"_L1 + suffix);
     takeEditorImages(main, folder, suffix);
+    takeRebootImage(main, folder, suffix);
 }
 
 } // namespace

@@ -43,6 +43,7 @@ void BatchWindow::createProgress(const Controls& controls)
     m_status = new QLabel;
     m_status->setTextFormat(Qt::PlainText);
     m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_status->hide();
     m_progress = new QProgressBar;
     m_progress->setObjectName(u"Progress"_s);
     m_progress->setFormat(u"%v / %m"_s);
@@ -92,18 +93,24 @@ void BatchWindow::start()
     run();
 }
 
-RunReport BatchWindow::report(bool withEvents)
+RunReport BatchWindow::report()
 {
     m_sinceEvents.start();
-    const auto progress = [this, withEvents](qsizetype done, qsizetype total) {
+    const auto progress = [this](qsizetype done, qsizetype total) {
         if (done > 0 && done < total && m_sinceEvents.elapsed() < eventInterval)
             return;
         showProgress(done, total);
-        if (withEvents)
-            m_main.prompts.letEventsRun();
+        m_main.prompts.letEventsRun();
         m_sinceEvents.restart();
     };
     return {[this](const QString& line) { appendLine(line); }, progress};
+}
+
+void BatchWindow::showStatus(const QString& text)
+{
+    m_status->setText(text);
+    if (!text.isEmpty())
+        m_status->show();
 }
 
 void BatchWindow::cancel()

@@ -20,6 +20,9 @@ class MMain;
 class BatchWindow : public QWidget {
     Q_OBJECT
 
+public:
+    QSize sizeHint() const override { return QWidget::sizeHint().expandedTo({540, 460}); }
+
 protected:
     /// The names of the list and the start button, and the button's design caption.
     struct Controls {
@@ -43,11 +46,13 @@ protected:
     virtual bool canStart() const = 0;
     void enableStart();
 
-    /// What a run is given to report here. Window events run where `withEvents` is set: as often as needed to
-    /// keep the window responsive.
-    RunReport report(bool withEvents = true);
+    /// What a run is given to report here. Window events run as often as needed to keep the window
+    /// responsive.
+    RunReport report();
+    void appendLine(const QString& line);
+    void showProgress(qsizetype done, qsizetype total);
     /// What is being done at the moment, beside the progress.
-    void showStatus(const QString& text) { m_status->setText(text); }
+    void showStatus(const QString& text);
     bool isRunning() const { return m_running; }
 
     void closeEvent(QCloseEvent* event) override;
@@ -61,8 +66,6 @@ private:
     void cancel();
     void closeWindow();
     void setRunning(bool running);
-    void appendLine(const QString& line);
-    void showProgress(qsizetype done, qsizetype total);
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;

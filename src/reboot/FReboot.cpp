@@ -31,13 +31,11 @@ FReboot::FReboot(MMain& main, quint16 port)
 /// The run waits for its devices with window events running, so none have to run for its progress.
 RunReport FReboot::reportOfReboot()
 {
-    RunReport report = BatchWindow::report(false);
-    const auto showProgress = report.progress;
-    report.progress = [this, showProgress](qsizetype done, qsizetype total) {
-        showProgress(done, total);
-        showVisit();
-    };
-    return report;
+    return {[this](const QString& line) { appendLine(line); },
+            [this](qsizetype done, qsizetype total) {
+                showProgress(done, total);
+                showVisit();
+            }};
 }
 
 void FReboot::run()

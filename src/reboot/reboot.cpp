@@ -34,16 +34,18 @@ RebootCounts Reboot::run(const RebootRequest& request)
                      request.phoneTo + "' ORDER BY PH_CODE"_L1);
     RebootCounts counts;
     counts.phones = m_main.phones.recordCount();
-    m_report.progress(0, counts.phones);
+    qsizetype visited = 0;
     for (; !m_main.phones.eof(); m_main.phones.moveNext()) {
+        m_report.progress(visited, counts.phones);
         const RebootOutcome outcome = visitPhone();
+        ++visited;
         counts.rebooted += outcome == RebootOutcome::Rebooted;
         counts.refused += outcome == RebootOutcome::Refused;
         counts.unreachable += outcome == RebootOutcome::Unreachable;
-        m_report.progress(m_main.phones.absolutePosition(), counts.phones);
         if (m_stopFlag || m_device.isAborted())
             break;
     }
+    m_report.progress(visited, counts.phones);
     return counts;
 }
 

@@ -2,11 +2,13 @@
 #include "database/connection.h"
 #include "files/whole_file.h"
 #include "startup/user_name.h"
+#include "support/device_double.h"
 #include "support/program_folder_fixture.h"
 #include "support/rows.h"
 
 #include <QDir>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +22,7 @@ private Q_SLOTS:
     void answers_data();
     void answers();
     void generatesWhatIsRemembered();
+    void restartsPhones();
     void obeysMenuRights();
 
 private:
@@ -38,7 +41,8 @@ tst_cli::Result tst_cli::run(const QStringList& arguments)
 {
     QProcess program;
     program.start(QStringLiteral(VELMORA_CLI), arguments + QStringList{u"--program-dir"_s, m_folder->path()});
-    program.waitForFinished();
+    // Not waitForFinished(): devices of the test's own answer meanwhile.
+    QSignalSpy(&program, &QProcess::finished).wait(60'000);
     return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
             QString::fromUtf8(program.readAllStandardError())};
 }
@@ -145,6 +149,32 @@ void tst_cli::generatesWhatIsRemembered()
     QVERIFY(!readWholeFile(other + "/0200A002000E.txt"_L1).contains("Max_Forward"));
 }
 
+void tst_cli::restartsPhones()
+{
+    execute(u"UPDATE PHONES_PARAMETERS SET PA_VALUE = '127.0.0.1' WHERE PA_CODE = 'Static_IP'"_s);
+    execute(
+        u"UPDATE PHONES_PARAMETERS SET PA_VALUE = '127.0.0.2' WHERE PA_CODE = 'Static_IP' AND PH_CODE = '115'"_s);
+    const DeviceDouble device(pap2Device("demo-luna"));
+    const DeviceDouble other(pap2Device("another password"), u"127.0.0.2"_s, device.port());
+    const QStringList reboot = {u"reboot"_s,
+                                u"--company"_s,
+                                u"LUNA"_s,
+                                u"--equipment"_s,
+                                u"PAP2"_s,
+                                u"--port"_s,
+                                QString::number(device.port())};
+    const Result part = run(reboot + QStringList{u"--to"_s, u"114"_s});
+    QCOMPARE(part.out,
+             u"PAP2 127.0.0.1 - 113 - Shop Market Square\n   Done\nPAP2 127.0.0.1 - 114 - Shop Station\n   "
+             "Done\n2 restarted, 0 refused, 0 unreachable\n"_s);
+    QCOMPARE(part.status, 0);
+    const Result all = run(reboot);
+    QVERIFY2(all.out.endsWith("3 restarted, 1 refused, 0 unreachable\n"_L1), qPrintable(all.out));
+    QCOMPARE(all.status, 1);
+    QCOMPARE(run({u"reboot"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"X"_s}).err,
+             u"No phone matches the selection.\n"_s);
+}
+
 void tst_cli::obeysMenuRights()
 {
     const QString user = systemUserName().toUpper();
@@ -154,6 +184,7 @@ void tst_cli::obeysMenuRights()
     QCOMPARE(refused.status, 1);
     QCOMPARE(refused.err, u"User %1 has no right to this\n"_s.arg(user));
     QCOMPARE(run({u"list"_s, u"companies"_s}).status, 0);
+    QCOMPARE(run({u"reboot"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s}).err, refused.err);
 
     execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', 'BOSS', '*')"_s);
     QCOMPARE(run(QStringList{u"--as"_s, u"boss"_s} + generate).status, 1);
