@@ -24,6 +24,7 @@ struct Command {
 Command startCommand(CLI::App& application);
 Command listCommand(CLI::App& application);
 Command generateCommand(CLI::App& application);
+Command phonebookCommand(CLI::App& application);
 Command rebootCommand(CLI::App& application);
 
 } // namespace velmora

@@ -43,7 +43,7 @@ int main(int argc, char** argv)
     const CLI::Option* as = parser.add_option("--as", actAs, "Act as this user (superusers only)");
     parser.add_flag("--yes", yes, "Answer yes to every question");
     const std::vector<Command> commands = {startCommand(parser), listCommand(parser), generateCommand(parser),
-                                           rebootCommand(parser)};
+                                           phonebookCommand(parser), rebootCommand(parser)};
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {

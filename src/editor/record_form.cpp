@@ -137,7 +137,7 @@ QString showFailure(MMain& main, RecordMode mode, const QString& reason)
     switch (mode) {
     case RecordMode::Insert:
         // M17 is used for two things; the words of this one have a row of their own.
-        return main.GetMessage(u"M17"_s, main.messageLine(u"M17_INS"_s, reason), show);
+        return main.GetMessage(u"M17"_s, main.textOr(u"M17_INS"_s, u"$$"_s).replace("$$"_L1, reason), show);
     case RecordMode::Update:
         return main.GetMessage(u"M19"_s, reason, show);
     case RecordMode::Delete:

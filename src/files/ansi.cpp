@@ -44,6 +44,12 @@ bool appendAnsi(QByteArray& bytes, QStringView text)
     return complete;
 }
 
+bool fitsAnsi(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar character) { return ansiByte(character.unicode()) >= 0; });
+}
+
 QString decodeAnsi(const QByteArray& bytes)
 {
     QString text = QString::fromLatin1(bytes);

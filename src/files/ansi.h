@@ -11,6 +11,9 @@ namespace velmora {
 /// The format: https://encoding.spec.whatwg.org/index-windows-1252.txt
 bool appendAnsi(QByteArray& bytes, QStringView text);
 
+/// Whether Windows-1252 has every character of `text`.
+bool fitsAnsi(QStringView text);
+
 /// The text of bytes in Windows-1252. Each of the five bytes without a character there stands for the control
 /// character of its number, which appendAnsi() turns back.
 QString decodeAnsi(const QByteArray& bytes);

@@ -1,11 +1,9 @@
 #include "generation/FGenerate.h"
 
-#include "files/stored_path.h"
 #include "generation/generate.h"
 #include "startup/MMain.h"
 #include "startup/failure_report.h"
 
-#include <QDir>
 #include <QHBoxLayout>
 
 #include <algorithm>
@@ -14,33 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-namespace {
-
-/// The folder of a path. One that holds a macro differs from phone to phone: then the part before the macro.
-QString fixedPart(const QString& path)
-{
-    const QString folder = localFolder(path);
-    const qsizetype macro = folder.indexOf("$$"_L1);
-    if (macro < 0)
-        return folder;
-    return folder.first(std::max(folder.lastIndexOf(u'/', macro), folder.lastIndexOf(u'\\', macro)) + 1);
-}
-
-bool folderExists(const QString& path)
-{
-    const QString folder = fixedPart(path);
-    return !folder.isEmpty() && QDir(folder).exists();
-}
-
-} // namespace
-
 FGenerate::FGenerate(MMain& main)
     : BatchWindow(main, u"FGenerate"_s, u"Velmora Generation"_s, {u"List1"_s, u"Generate"_s, u"Generate"_s}),
-      m_selection(new SelectionPanel(main, 4))
+      m_selection(new SelectionPanel(main, 4)),
+      m_folder(new FolderPicker(main))
 {
     addInput(m_selection);
     addInput(createLevels());
-    addInput(createPath());
+    addInput(m_folder);
     connectControls();
     complete();
 }
@@ -66,29 +45,6 @@ QWidget* FGenerate::createLevels()
     return box;
 }
 
-QWidget* FGenerate::createPath()
-{
-    auto* row = new QWidget;
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* caption = new QLabel(u"Path"_s);
-    caption->setObjectName(u"PLab"_s);
-    m_path = new QLabel;
-    m_path->setObjectName(u"LPath"_s);
-    m_path->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-    m_path->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_path->setTextFormat(Qt::PlainText);
-    m_path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_browse = new QPushButton(u"..."_s);
-    m_browse->setObjectName(u"BtPath"_s);
-    m_browse->setEnabled(false);
-    m_browse->setAutoDefault(true);
-    layout->addWidget(caption);
-    layout->addWidget(m_path, 1);
-    layout->addWidget(m_browse);
-    return row;
-}
-
 void FGenerate::connectControls()
 {
     const auto guarded = [this](void (FGenerate::*handler)()) {
@@ -100,13 +56,13 @@ void FGenerate::connectControls()
     for (int level = 0; level < m_levels.size(); ++level)
         connect(m_levels[level], &QCheckBox::clicked, this,
                 [this, level] { reportFailures(m_main, [this, level] { levelClicked(level); }); });
-    connect(m_browse, &QPushButton::clicked, this, guarded(&FGenerate::browse));
+    connect(m_folder, &FolderPicker::folderChanged, this, guarded(&FGenerate::pathChanged));
 }
 
 void FGenerate::clearPath()
 {
-    m_browse->setEnabled(false);
-    setPath({});
+    m_folder->setBrowsable(false);
+    m_folder->setFolder({});
 }
 
 void FGenerate::chooseEquipment()
@@ -118,8 +74,9 @@ void FGenerate::chooseEquipment()
     m_levels[0]->setChecked(remembered.phone);
     m_levels[1]->setChecked(remembered.company);
     m_levels[2]->setChecked(remembered.equipment);
-    m_browse->setEnabled(true);
-    setPath(rememberedFolder(m_main, m_selection->company() + m_selection->equipment(), u"$$GENPATH"_s));
+    m_folder->setBrowsable(true);
+    m_folder->setFolder(
+        rememberedFolder(m_main, m_selection->company() + m_selection->equipment(), u"$$GENPATH"_s));
 }
 
 void FGenerate::levelClicked(int level)
@@ -132,25 +89,10 @@ void FGenerate::levelClicked(int level)
         pathChanged();
 }
 
-void FGenerate::browse()
-{
-    const QString before = fixedPart(m_path->text());
-    const QString chosen = m_main.BrowseFolder(before);
-    if (chosen != before)
-        setPath(chosen);
-}
-
-void FGenerate::setPath(const QString& path)
-{
-    m_path->setText(path);
-    m_path->setToolTip(path);
-    pathChanged();
-}
-
 void FGenerate::pathChanged()
 {
     m_selection->clearPhones();
-    m_folderExists = folderExists(m_path->text()) && !m_selection->equipment().isEmpty();
+    m_folderExists = m_folder->folderExists() && !m_selection->equipment().isEmpty();
     if (m_folderExists && levels().phone)
         m_selection->fillPhones();
     enableStart();
@@ -160,7 +102,7 @@ void FGenerate::run()
 {
     Generate(m_main,
              {m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
-              m_selection->phoneTo(), levels(), m_withSource->isChecked(), m_path->text()},
+              m_selection->phoneTo(), levels(), m_withSource->isChecked(), m_folder->folder()},
              report());
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "generation/BatchWindow.h"
+#include "generation/FolderPicker.h"
 #include "generation/SelectionPanel.h"
 
 #include <QCheckBox>
@@ -17,14 +18,11 @@ public:
 
 private:
     QWidget* createLevels();
-    QWidget* createPath();
     void connectControls();
 
     void clearPath();
     void chooseEquipment();
     void levelClicked(int level);
-    void browse();
-    void setPath(const QString& path);
     void pathChanged();
 
     void run() override;
@@ -37,8 +35,7 @@ private:
     /// `CLev` 0 to 2: phone, company, equipment.
     QList<QCheckBox*> m_levels;
     QCheckBox* m_withSource;
-    QLabel* m_path;
-    QPushButton* m_browse;
+    FolderPicker* m_folder;
     bool m_folderExists = false;
 };
 

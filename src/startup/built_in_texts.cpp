@@ -28,6 +28,9 @@ QString builtInText(const QString& code)
         {u"M215"_s, u"$$ refused"_s},
         {u"M216"_s, u"$$ unreachable"_s},
         {u"M217"_s, u"Another user has deleted it meanwhile, or changed its key."_s},
+        {u"M218"_s, u"   Characters outside Windows-1252 written as ?"_s},
+        {u"M219"_s, u"Stopped: nothing was changed"_s},
+        {u"M220"_s, u"Line $$"_s},
     };
     return texts.value(code);
 }

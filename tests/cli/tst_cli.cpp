@@ -23,6 +23,8 @@ private Q_SLOTS:
     void answers();
     void generatesWhatIsRemembered();
     void restartsPhones();
+    void keepsPhoneBooks();
+    void undoesAKilledImport();
     void obeysMenuRights();
 
 private:
@@ -175,6 +177,64 @@ void tst_cli::restartsPhones()
              u"No phone matches the selection.\n"_s);
 }
 
+void tst_cli::keepsPhoneBooks()
+{
+    const QString folder = m_folder->file(u"books"_s);
+    QVERIFY(QDir().mkdir(folder));
+    const QStringList luna = {u"--company"_s, u"LUNA"_s, u"--folder"_s, folder};
+    const QStringList model = {u"--equipment"_s, u"GXP2000"_s};
+    m_folder->write(u"books/confUsers.ini"_s,
+                    "[Users]\r\n[User1]\r\nName=New\r\nSurname=One\r\nExtension=999\r\n\r\n");
+    const Result imported = run(QStringList{u"phonebook"_s, u"import"_s} + luna + model);
+    QCOMPARE(imported.out, u"999 - New One  - Added\n"_s);
+    QCOMPARE(imported.err, u"Import finished\n"_s);
+    QCOMPARE(imported.status, 0);
+    const Result generated = run(QStringList{u"phonebook"_s, u"generate"_s} + luna + model);
+    QVERIFY2(generated.out.contains("999 - New One \n"_L1), qPrintable(generated.out));
+    QVERIFY(readWholeFile(folder + "/gs_phonebook.xml"_L1).contains("<phonenumber>999</phonenumber>"));
+
+    const QStringList exporting = QStringList{u"phonebook"_s, u"export"_s} + luna;
+    QCOMPARE(run(exporting).status, 0);
+    QVERIFY(readWholeFile(folder + "/Phone_Book.csv"_L1).contains("\r\nLUNA;999;New One ;V;;;;\r\n"));
+    QCOMPARE(run(exporting).err, u"0 entries exported\n"_s); // nobody is there to say yes
+    QVERIFY(run(QStringList{u"--yes"_s} + exporting).out.endsWith(" entries exported\n"_L1));
+    QCOMPARE(run(exporting + QStringList{u"--xlsx"_s}).status, 0);
+    QVERIFY(QFile::exists(folder + "/Phone_Book.xlsx"_L1));
+    const Result other =
+        run(QStringList{u"phonebook"_s, u"generate"_s} + luna + QStringList{u"--equipment"_s, u"PAP2"_s});
+    QCOMPARE(other.err, u"This is not possible for the model PAP2.\n"_s);
+    QCOMPARE(other.status, 1);
+}
+
+void tst_cli::undoesAKilledImport()
+{
+    const auto book = [this] {
+        Connection connection;
+        connection.open("Provider=SQLite;Data Source="_L1 + m_folder->file(u"velmora.db"_s));
+        QStringList rows;
+        for (Recordset all = connection.select(
+                 u"SELECT CO_CODE || BK_NUM || BK_NAME || BK_FLAG FROM PHONE_BOOK ORDER BY 1"_s);
+             !all.eof(); all.moveNext())
+            rows << all.text(0);
+        return rows;
+    };
+    const QStringList before = book();
+    QVERIFY(before.size() > 10);
+    QByteArray users = "[Users]\n";
+    for (int number = 10'000; number < 60'000; ++number)
+        users += "[User]\nName=A\nSurname=B\nExtension=" + QByteArray::number(number) + '\n';
+    m_folder->write(u"confUsers.ini"_s, users);
+    QProcess program;
+    program.start(QStringLiteral(VELMORA_CLI),
+                  {u"phonebook"_s, u"import"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"GXP2000"_s,
+                   u"--folder"_s, m_folder->path(), u"--program-dir"_s, m_folder->path()});
+    QVERIFY(program.waitForReadyRead());
+    program.kill();
+    program.waitForFinished();
+    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(book(), before);
+}
+
 void tst_cli::obeysMenuRights()
 {
     const QString user = systemUserName().toUpper();
@@ -185,6 +245,10 @@ void tst_cli::obeysMenuRights()
     QCOMPARE(refused.err, u"User %1 has no right to this\n"_s.arg(user));
     QCOMPARE(run({u"list"_s, u"companies"_s}).status, 0);
     QCOMPARE(run({u"reboot"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s}).err, refused.err);
+    for (const QString& kind : {u"generate"_s, u"import"_s})
+        QCOMPARE(run({u"phonebook"_s, kind, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"GXP2000"_s}).err,
+                 refused.err);
+    QCOMPARE(run({u"phonebook"_s, u"export"_s, u"--company"_s, u"LUNA"_s}).err, refused.err);
 
     execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', 'BOSS', '*')"_s);
     QCOMPARE(run(QStringList{u"--as"_s, u"boss"_s} + generate).status, 1);

@@ -1,0 +1,89 @@
+#include "cli/command.h"
+#include "generation/phone_selection.h"
+#include "phonebook/address_book.h"
+#include "phonebook/phone_book_export.h"
+#include "phonebook/phone_book_import.h"
+#include "startup/MMain.h"
+#include "startup/menu.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QTextStream>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+struct Options {
+    std::string company;
+    std::string equipment;
+    std::string folder;
+    bool workbook = false;
+};
+
+/// A kind of run: the menu item whose right it needs, where its folder is remembered, and what it does.
+struct Kind {
+    QString menuItem;
+    QString folderCode;
+    std::function<bool(MMain&, const PhoneBookRequest&, const RunReport&)> run;
+};
+
+ExitStatus run(MMain& main, const Kind& kind, const Options& options)
+{
+    if (!canReachMenuItem(main, kind.menuItem)) {
+        main.showMessage(u"M208"_s, main.userName);
+        return EndedWithMessage;
+    }
+    PhoneBookRequest request{QString::fromStdString(options.company),
+                             QString::fromStdString(options.equipment),
+                             QString::fromStdString(options.folder)};
+    if (request.folder.isEmpty())
+        request.folder = rememberedFolder(main, request.company + request.equipment, kind.folderCode);
+    QTextStream out(stdout);
+    const RunReport report = {[&out](const QString& line) { out << line << Qt::endl; },
+                              [](qsizetype, qsizetype) {}};
+    return kind.run(main, request, report) ? Done : EndedWithMessage;
+}
+
+} // namespace
+
+Command phonebookCommand(CLI::App& application)
+{
+    CLI::App* parser =
+        application.add_subcommand("phonebook", "Write, import or export a company's phone book");
+    parser->require_subcommand(1);
+    const auto options = std::make_shared<Options>();
+    const auto add = [&](const char* name, const char* description) {
+        CLI::App* kind = parser->add_subcommand(name, description);
+        kind->add_option("--company", options->company, "Code of the company")->required();
+        kind->add_option("--folder", options->folder, "Folder of the file (default: as remembered)");
+        return kind;
+    };
+    CLI::App* generate = add("generate", "Write the address book that phones load, gs_phonebook.xml");
+    CLI::App* import = add("import", "Import the user list of a telephone server, confUsers.ini");
+    for (CLI::App* kind : {generate, import})
+        kind->add_option("--equipment", options->equipment, "Code of the model")->required();
+    CLI::App* exporting = add("export", "Export to Phone_Book.csv");
+    exporting->add_flag("--xlsx", options->workbook, "Export to a new workbook instead");
+
+    return {parser, [=](MMain& main) {
+                if (generate->parsed())
+                    return run(main, {u"PbGen"_s, u"$$PBGEN"_s, generatePhoneBook}, *options);
+                if (import->parsed())
+                    return run(main, {u"PbImp"_s, u"$$PBIMP"_s, importPhoneBook}, *options);
+                if (options->workbook)
+                    return run(main,
+                               {u"PbExp"_s, u"$$PBExp"_s,
+                                [](MMain& all, const PhoneBookRequest& request, const RunReport& report) {
+                                    return exportToWorkbook(all, request, report).has_value();
+                                }},
+                               *options);
+                return run(main, {u"PbExp"_s, u"$$PBExp"_s, exportToCsv}, *options);
+            }};
+}
+
+} // namespace velmora

@@ -1,0 +1,85 @@
+#include "phonebook/conf_users.h"
+
+#include "files/ansi.h"
+
+#include <QStringList>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+QString textOf(const QByteArray& file)
+{
+    constexpr QByteArrayView byteOrderMark = "\xef\xbb\xbf";
+    return file.startsWith(byteOrderMark) ? QString::fromUtf8(file.sliced(byteOrderMark.size()))
+                                          : decodeAnsi(file);
+}
+
+/// The lines of a text, one by one.
+class Lines {
+public:
+    explicit Lines(const QString& text) : m_lines(text.split(u'\n'))
+    {
+        if (m_lines.last().isEmpty())
+            m_lines.removeLast(); // the end of the line before
+        for (QString& line : m_lines)
+            if (line.endsWith(u'\r'))
+                line.chop(1);
+    }
+
+    /// Whether the last line has been read.
+    bool atEnd() const { return m_read == m_lines.size(); }
+    /// The number of the line that was read last.
+    qsizetype number() const { return m_read; }
+    /// The next line; an empty text behind the last one.
+    QString next() { return atEnd() ? QString() : m_lines[m_read++]; }
+    /// What stands after `key` in the next line; nothing when it does not begin so.
+    std::optional<QString> nextValue(QLatin1StringView key)
+    {
+        const QString line = next();
+        return line.startsWith(key) ? std::optional(line.sliced(key.size())) : std::nullopt;
+    }
+
+private:
+    QStringList m_lines;
+    qsizetype m_read = 0;
+};
+
+ConfUser readUser(Lines& lines)
+{
+    ConfUser user;
+    user.line = lines.number();
+    const auto name = lines.nextValue("Name="_L1);
+    const auto surname = name ? lines.nextValue("Surname="_L1) : std::nullopt;
+    const auto extension = surname ? lines.nextValue("Extension="_L1) : std::nullopt;
+    if (extension) {
+        user.name = *name + u' ' + *surname + u' ';
+        user.extension = *extension;
+    }
+    return user;
+}
+
+} // namespace
+
+QList<ConfUser> readConfUsers(const QByteArray& file)
+{
+    QList<ConfUser> users;
+    Lines lines(textOf(file));
+    QString line = lines.next();
+    if (line.startsWith("[Users]"_L1))
+        line = lines.next();
+    for (; !lines.atEnd(); line = lines.next()) {
+        if (!line.startsWith("[User"_L1))
+            continue;
+        const ConfUser user = readUser(lines);
+        if (!user.extension.isEmpty())
+            users << user;
+    }
+    return users;
+}
+
+} // namespace velmora

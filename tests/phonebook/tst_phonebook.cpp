@@ -1,0 +1,371 @@
+// Phone books: the address book, the import and its flags, the exports.
+#include "files/file_error.h"
+#include "files/whole_file.h"
+#include "phonebook/address_book.h"
+#include "phonebook/conf_users.h"
+#include "phonebook/phone_book_export.h"
+#include "phonebook/phone_book_import.h"
+#include "phonebook/workbook.h"
+#include "support/rows.h"
+#include "support/test_database.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTest>
+#include <QXmlStreamReader>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
+
+namespace {
+
+QByteArray user(const QByteArray& name, const QByteArray& surname, const QByteArray& extension)
+{
+    return "[User1]\r\nName=" + name + "\r\nSurname=" + surname + "\r\nExtension=" + extension + "\r\n";
+}
+
+/// A part of a workbook.
+QByteArray partOf(const QString& workbook, const QString& part)
+{
+    QProcess unzip;
+    unzip.start(u"unzip"_s, {u"-p"_s, workbook, part});
+    unzip.waitForFinished();
+    return unzip.readAllStandardOutput();
+}
+
+} // namespace
+
+class tst_phonebook : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_database.reset(); }
+    void writesTheAddressBook();
+    void writesAnEmptyAddressBook();
+    void refusesWhatItCanNotDo_data();
+    void refusesWhatItCanNotDo();
+    void stopsWithoutAChange_data();
+    void stopsWithoutAChange();
+    void readsUsers_data();
+    void readsUsers();
+    void followsSuccessiveImports();
+    void looksAtAllCompanies();
+    void reportsWhatTheDatabaseRefuses();
+    void leavesTheBookWhenTheImportFails();
+    void exportsToCsv();
+    void exportsToAWorkbook();
+    void refusesUnwritableFolders();
+
+private:
+    PhoneBookRequest request(const QString& equipment = u"GXP2000"_s) const
+    {
+        return {u"C1"_s, equipment, m_database->folder()};
+    }
+    RunReport report();
+    void addEntry(const QString& values)
+    {
+        m_database->run("INSERT INTO PHONE_BOOK VALUES("_L1 + values + u')');
+    }
+    void writeUsers(const QByteArray& content) const
+    {
+        writeWholeFile(m_database->folder() + "/confUsers.ini"_L1, content);
+    }
+    QByteArray written(const QString& name) const
+    {
+        return readWholeFile(m_database->folder() + u'/' + name);
+    }
+    /// The book of a company: number, flag and name of each entry.
+    QStringList book(const QString& company = u"C1"_s);
+
+    std::unique_ptr<TestDatabase> m_database;
+    QStringList m_lines;
+};
+
+void tst_phonebook::init()
+{
+    m_database = std::make_unique<TestDatabase>();
+    m_lines.clear();
+    m_database->addPhone(u"C1"_s, u"GXP2000"_s, u"101"_s, u"Hall"_s, u"000000000101"_s);
+    m_database->addPhone(u"C1"_s, u"PAP2"_s, u"102"_s, u"Desk"_s, u"000000000102"_s);
+    for (const QString& flag : {u"V"_s, u"W"_s, u"H"_s, u"M"_s, u"D"_s})
+        m_database->run("INSERT INTO CREATION_FLAGS VALUES('"_L1 + flag + "', 'x', 'Y')"_L1);
+}
+
+RunReport tst_phonebook::report()
+{
+    return {[this](const QString& line) { m_lines << line; }, [](qsizetype, qsizetype) {}};
+}
+
+QStringList tst_phonebook::book(const QString& company)
+{
+    QStringList entries;
+    Recordset rows = m_database->main.connection.select(
+        u"SELECT BK_NUM, BK_FLAG, BK_NAME FROM PHONE_BOOK WHERE CO_CODE = ? ORDER BY BK_NUM"_s, {company});
+    for (; !rows.eof(); rows.moveNext())
+        entries << rows.text(0) + u' ' + rows.text(1) + u' ' + rows.text(2);
+    return entries;
+}
+
+void tst_phonebook::writesTheAddressBook()
+{
+    addEntry(u"'C1', '201', 'Zoé & Co <1>', 'V', '', '', '', ''"_s);
+    addEntry(u"'C1', '202', 'Hidden', 'H', '', '', '', ''"_s);
+    addEntry(u"'C1', '+33 1', 'Anna \u0141', 'M', '1', '2', '3', '4'"_s);
+    addEntry(u"'C1', '204', 'Deleted', 'D', '', '', '', ''"_s);
+    addEntry(u"'C2', '205', 'Elsewhere', 'V', '', '', '', ''"_s);
+    QVERIFY(generatePhoneBook(m_database->main, request(), report()));
+    QCOMPARE(
+        written(u"gs_phonebook.xml"_s),
+        QByteArray(
+            "<?xml version=\"1.0\"?>\r\n<AddressBook>\r\n"
+            "<Contact>\r\n<LastName>Anna ?</LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n"
+            "<phonenumber>+33 1</phonenumber>\r\n<accountindex>0</accountindex>\r\n</Phone>\r\n</Contact>\r\n"
+            "<Contact>\r\n<LastName>Deleted</LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n"
+            "<phonenumber>204</phonenumber>\r\n<accountindex>1</accountindex>\r\n</Phone>\r\n</Contact>\r\n"
+            "<Contact>\r\n<LastName>Zo\xe9 & Co <1></LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n"
+            "<phonenumber>201</phonenumber>\r\n<accountindex>2</accountindex>\r\n</Phone>\r\n</Contact>\r\n"
+            "</AddressBook>\r\n"));
+    QCOMPARE(m_lines,
+             QStringList({u"+33 1 - Anna \u0141"_s, u"   Characters outside Windows-1252 written as ?"_s,
+                          u"204 - Deleted"_s, u"201 - Zoé & Co <1>"_s}));
+    QCOMPARE(m_database->user.shown, QStringList());
+}
+
+void tst_phonebook::writesAnEmptyAddressBook()
+{
+    writeWholeFile(m_database->folder() + "/gs_phonebook.xml"_L1, "older");
+    QVERIFY(generatePhoneBook(m_database->main, request(), report()));
+    QCOMPARE(written(u"gs_phonebook.xml"_s),
+             QByteArray("<?xml version=\"1.0\"?>\r\n<AddressBook>\r\n</AddressBook>\r\n"));
+}
+
+void tst_phonebook::refusesWhatItCanNotDo_data()
+{
+    columns<QString, QString, QString, QString>("run", "model", "folder", "message");
+    for (const QString& run : {u"generate"_s, u"import"_s, u"export"_s}) {
+        row(qPrintable(run + " without a folder"_L1), run, "GXP2000", "", "M7: ");
+        row(qPrintable(run + " into a missing one"_L1), run, "GXP2000", "/no/such", "M7: /no/such");
+        row(qPrintable(run + " without phones"_L1), run, "F1000", "here", "M8: ");
+    }
+    row("generate for another model", "generate", "PAP2", "here", "M10: PAP2");
+    row("import for another model", "import", "PAP2", "here", "M10: PAP2");
+    row("import without a file", "import", "GXP2000", "here", "M16: /confUsers.ini");
+}
+
+void tst_phonebook::refusesWhatItCanNotDo()
+{
+    QFETCH(QString, run);
+    QFETCH(QString, model);
+    QFETCH(QString, folder);
+    const PhoneBookRequest wrong{u"C1"_s, model, folder == "here"_L1 ? m_database->folder() : folder};
+    MMain& main = m_database->main;
+    QVERIFY(!(run == "generate"_L1 ? generatePhoneBook(main, wrong, report())
+              : run == "import"_L1 ? importPhoneBook(main, wrong, report())
+                                   : exportToCsv(main, wrong, report())));
+    QCOMPARE(m_database->user.shown.size(), 1);
+    QTEST(m_database->user.shown.first().remove(m_database->folder()), "message");
+    QCOMPARE(QDir(m_database->folder()).entryList({u"*.xml"_s, u"*.csv"_s}), QStringList());
+}
+
+void tst_phonebook::stopsWithoutAChange_data()
+{
+    columns<QString>("run");
+    row("generate", "generate");
+    row("import", "import");
+    row("export", "export");
+}
+
+void tst_phonebook::stopsWithoutAChange()
+{
+    QFETCH(QString, run);
+    addEntry(u"'C1', '201', 'One', 'V', '', '', '', ''"_s);
+    addEntry(u"'C1', '202', 'Two', 'V', '', '', '', ''"_s);
+    writeUsers(user("A", "B", "203") + user("C", "D", "201") + "\r\n");
+    MMain& main = m_database->main;
+    const RunReport stopping = {[this](const QString& line) { m_lines << line; },
+                                [&main](qsizetype done, qsizetype) { main.stopFlag = done == 1; }};
+    QVERIFY(!(run == "generate"_L1 ? generatePhoneBook(main, request(), stopping)
+              : run == "import"_L1 ? importPhoneBook(main, request(), stopping)
+                                   : exportToCsv(main, request(), stopping)));
+    QCOMPARE(m_lines.last(), u"Stopped: nothing was changed"_s);
+    QCOMPARE(book(), QStringList({u"201 V One"_s, u"202 V Two"_s}));
+    QCOMPARE(QDir(m_database->folder()).entryList({u"*.xml"_s, u"*.csv"_s}), QStringList());
+}
+
+void tst_phonebook::readsUsers_data()
+{
+    // Of each entry its line, extension and name.
+    columns<QByteArray, QString>("file", "users");
+    const QByteArray one = user("Anna", "Lee", "201");
+    row("empty", QByteArray(), "");
+    row("only a heading", QByteArray("[Users]\r\n"), "");
+    row("one", "[Users]\r\n" + one + "x", "2/201/Anna Lee ");
+    row("without the heading", one + "x", "1/201/Anna Lee ");
+    row("ended by its extension", one, "1/201/Anna Lee ");
+    row("without a last line end", one.chopped(2), "1/201/Anna Lee ");
+    row("lines ended by LF", QByteArray("[Users]\n" + one).replace("\r", ""), "2/201/Anna Lee ");
+    row("empty names", user("", "", "201"), "1/201/  ");
+    row("an empty extension", user("A", "B", "") + one, "5/201/Anna Lee ");
+    row("an opening line at the very end", one + "[User2]", "1/201/Anna Lee ");
+    row("a wrong line ends the entry", "[User1]\r\nSurname=A\r\n" + one, "3/201/Anna Lee ");
+    row("an opening line among them is not looked at again", "[User1]\r\n" + one + one, "6/201/Anna Lee ");
+    row("keys count by case and place", "[user1]\r\n" + one.toUpper() + " " + one + one, "10/201/Anna Lee ");
+    row("lines between", "[Options]\r\nx=1\r\n" + one + "Mail=a\r\n\r\n" + user("B", "C", "202") + "end",
+        "3/201/Anna Lee |9/202/B C ");
+    row("cut off", QByteArray("[User1]\r\nName=A\r\nSurname=B"), "");
+    row("Windows-1252", user("Zo\xe9", "\x80", "201"), "1/201/Zoé € ");
+    row("UTF-8 without a mark", user("Zo\xc3\xa9", "", "201"), "1/201/ZoÃ©  ");
+    row("UTF-8 with a mark", "\xef\xbb\xbf[Users]\r\n" + user("Zo\xc3\xa9", "", "201"), "2/201/Zoé  ");
+    row("a long line", user(QByteArray(100'000, 'x'), "", "201").replace(QByteArray(99'999, 'x'), "y"),
+        "1/201/yx  ");
+}
+
+void tst_phonebook::readsUsers()
+{
+    QFETCH(QByteArray, file);
+    QStringList users;
+    for (const ConfUser& entry : readConfUsers(file))
+        users << QString::number(entry.line) + u'/' + entry.extension + u'/' + entry.name;
+    QTEST(users.join(u'|'), "users");
+}
+
+void tst_phonebook::followsSuccessiveImports()
+{
+    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M17_IMP', 'Import finished')"_s);
+    addEntry(u"'C1', '301', 'By hand', 'M', '', '', '', ''"_s);
+    addEntry(u"'C1', '302', 'Hidden', 'H', '', '', '', ''"_s);
+    addEntry(u"'C1', '303', 'Left over', 'W', '', '', '', ''"_s);
+    const auto import = [this](const QByteArray& users) {
+        m_lines.clear();
+        writeUsers("[Users]\r\n" + users + "end\r\n");
+        return importPhoneBook(m_database->main, request(), report());
+    };
+    QVERIFY(import(user("A", "1", "201") + user("B", "2", "202") + user("C", "3", "203") +
+                   user("X", "x", "301") + user("Y", "y", "302") + user("A", "again", "201")));
+    QCOMPARE(m_lines, QStringList({u"201 - A 1  - Added"_s, u"202 - B 2  - Added"_s, u"203 - C 3  - Added"_s,
+                                   u"301 - X x  - Ignored, Hidden or Manual"_s,
+                                   u"302 - Y y  - Ignored, Hidden or Manual"_s,
+                                   u"201 - A again  - Ignored, Hidden or Manual"_s}));
+    QCOMPARE(book(), QStringList({u"201 V A 1 "_s, u"202 V B 2 "_s, u"203 V C 3 "_s, u"301 M By hand"_s,
+                                  u"302 H Hidden"_s, u"303 H Left over"_s}));
+    QCOMPARE(m_database->value(
+                 u"SELECT BK_EXTNUM || BK_FAX || BK_GSM || BK_MAIL FROM PHONE_BOOK WHERE BK_NUM = '201'"_s),
+             u""_s);
+
+    // 202 is gone, 203 has lost its number, 204 is new.
+    QVERIFY(import(user("A", "new", "201") + user("C", "3", "") + user("D", "4", "204")));
+    QCOMPARE(m_lines, QStringList({u"201 - A new  - Updated"_s, u"204 - D 4  - Added"_s}));
+    QCOMPARE(book(), QStringList({u"201 V A new "_s, u"202 H B 2 "_s, u"203 H C 3 "_s, u"204 V D 4 "_s,
+                                  u"301 M By hand"_s, u"302 H Hidden"_s, u"303 H Left over"_s}));
+
+    // What has become hidden stays so.
+    QVERIFY(import(user("B", "back", "202") + user("D", "4", "204") + user("D", "twice", "204")));
+    QCOMPARE(m_lines, QStringList({u"202 - B back  - Ignored, Hidden or Manual"_s, u"204 - D 4  - Updated"_s,
+                                   u"204 - D twice  - Ignored, Hidden or Manual"_s}));
+    QCOMPARE(book().first(3), QStringList({u"201 H A new "_s, u"202 H B 2 "_s, u"203 H C 3 "_s}));
+    QCOMPARE(m_database->user.shown.count(u"M17: Import finished"_s), 3);
+}
+
+void tst_phonebook::looksAtAllCompanies()
+{
+    addEntry(u"'C2', '201', 'Two', 'V', '', '', '', ''"_s);
+    addEntry(u"'C2', '202', 'Three', 'V', '', '', '', ''"_s);
+    addEntry(u"'C1', '203', 'One', 'V', '', '', '', ''"_s);
+    addEntry(u"'C2', '203', 'Four', 'M', '', '', '', ''"_s);
+    writeUsers(user("A", "B", "201") + user("C", "D", "203") + "end");
+    QVERIFY(importPhoneBook(m_database->main, request(), report()));
+    QCOMPARE(book(), QStringList({u"203 V C D "_s}));
+    QCOMPARE(book(u"C2"_s), QStringList({u"201 V A B "_s, u"202 H Three"_s, u"203 V C D "_s}));
+}
+
+void tst_phonebook::reportsWhatTheDatabaseRefuses()
+{
+    addEntry(u"'C1', '201', 'Old', 'V', '', '', '', ''"_s);
+    writeUsers("[Users]\r\n" + user("Eva", "O'Neil", "201") + user("Lars", "d'Amico", "202") +
+               user("A", "B", "203") + user("A", "B", "2'4") + user(QByteArray(51, 'x'), "", "205") + "end");
+    QVERIFY(importPhoneBook(m_database->main, request(), report()));
+    QCOMPARE(m_lines.size(), 5);
+    const QStringList beginnings = {u"Line 2: 201 - Eva O'Neil  - "_s, u"Line 6: 202 - Lars d'Amico  - "_s,
+                                    u"203 - A B  - Added"_s, u"Line 14: 2'4 - A B  - "_s,
+                                    u"Line 18: 205 - xxx"_s};
+    for (qsizetype line = 0; line < 5; ++line)
+        QVERIFY2(m_lines[line].startsWith(beginnings[line]), qPrintable(m_lines[line]));
+    QVERIFY2(m_lines[0].size() > beginnings[0].size() + 10, qPrintable(m_lines[0]));
+    QCOMPARE(book(), QStringList({u"201 H Old"_s, u"203 V A B "_s}));
+}
+
+void tst_phonebook::leavesTheBookWhenTheImportFails()
+{
+    // The last statement of the import fails.
+    addEntry(u"'C1', '201', 'Old', 'V', '', '', '', ''"_s);
+    m_database->run(u"DELETE FROM CREATION_FLAGS WHERE FL_CODE = 'H'"_s);
+    writeUsers(user("A", "B", "203") + "end");
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, importPhoneBook(m_database->main, request(), report()));
+    QCOMPARE(book(), QStringList(u"201 V Old"_s));
+}
+
+void tst_phonebook::exportsToCsv()
+{
+    addEntry(u"'C1', '201', 'Zoé; \"Co\"', 'V', '0033', '', '06', 'a@b'"_s);
+    addEntry(u"'C1', '202', 'Hidden', 'H', '', '', '', ''"_s);
+    addEntry(u"'C2', '203', 'Elsewhere', 'V', '', '', '', ''"_s);
+    QVERIFY(exportToCsv(m_database->main, request({}), report()));
+    const QByteArray expected = "C1;201;Zo\xe9; \"Co\";V;0033;;06;a@b\r\nC1;202;Hidden;H;;;;\r\n";
+    QCOMPARE(written(u"Phone_Book.csv"_s), expected);
+    QCOMPARE(m_lines, QStringList(u"M33: 2"_s));
+    QCOMPARE(m_database->user.shown, QStringList(u"M33: 2"_s));
+
+    m_database->run(u"DELETE FROM PHONE_BOOK"_s);
+    QVERIFY(exportToCsv(m_database->main, request({}), report()));
+    QCOMPARE(m_database->user.questions,
+             QStringList("M32: "_L1 + m_database->folder() + "/Phone_Book.csv"_L1));
+    QCOMPARE(m_database->user.shown.last(), u"M33: 0"_s);
+    QCOMPARE(written(u"Phone_Book.csv"_s), expected);
+
+    m_database->user.yesNoAnswer = true;
+    QVERIFY(exportToCsv(m_database->main, request({}), report()));
+    QCOMPARE(written(u"Phone_Book.csv"_s), QByteArray());
+    QCOMPARE(m_lines.last(), u"M33: 0"_s);
+}
+
+void tst_phonebook::exportsToAWorkbook()
+{
+    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'BK_NAME', 'Name & more')"_s);
+    addEntry(u"'C1', '0201', '=1+1', 'V', '+33 1', '', '{=A1}', 'http://x/<y>'"_s);
+    const auto first = exportToWorkbook(m_database->main, request({}), report());
+    const auto second = exportToWorkbook(m_database->main, request({}), report());
+    QCOMPARE(first, m_database->folder() + "/Phone_Book.xlsx"_L1);
+    QCOMPARE(second, m_database->folder() + "/Phone_Book_2.xlsx"_L1);
+    QCOMPARE(m_database->user.shown, QStringList({u"M33: 1"_s, u"M33: 1"_s}));
+
+    QStringList texts;
+    QXmlStreamReader strings(partOf(*first, u"xl/sharedStrings.xml"_s));
+    while (!strings.atEnd())
+        if (strings.readNextStartElement() || !strings.atEnd())
+            if (strings.isStartElement() && strings.name() == u"t")
+                texts << strings.readElementText();
+    QCOMPARE(texts, QStringList({u"CO_CODE"_s, u"BK_NUM"_s, u"Name & more"_s, u"BK_FLAG"_s, u"BK_EXTNUM"_s,
+                                 u"BK_FAX"_s, u"BK_GSM"_s, u"BK_MAIL"_s, u"C1"_s, u"0201"_s, u"=1+1"_s,
+                                 u"V"_s, u"+33 1"_s, u"{=A1}"_s, u"http://x/<y>"_s}));
+    const QByteArray sheet = partOf(*first, u"xl/worksheets/sheet1.xml"_s);
+    QVERIFY(!sheet.contains("<f>"));
+    QCOMPARE(sheet.count(" t=\"s\""), 15);
+    QVERIFY(
+        sheet.contains("<pane ySplit=\"1\" topLeftCell=\"A2\" activePane=\"bottomLeft\" state=\"frozen\"/>"));
+    QVERIFY(sheet.contains("<col min=\"3\" max=\"3\" width=\"13.7109375\""));
+    QCOMPARE(QDir(m_database->folder()).entryList({u"*.part"_s}), QStringList());
+}
+
+void tst_phonebook::refusesUnwritableFolders()
+{
+    const QString folder = m_database->folder() + "/sub"_L1;
+    QDir().mkdir(folder);
+    QDir().mkdir(folder + "/gs_phonebook.xml"_L1);
+    QVERIFY_THROWS_EXCEPTION(FileError,
+                             generatePhoneBook(m_database->main, {u"C1"_s, u"GXP2000"_s, folder}, report()));
+    QVERIFY_THROWS_EXCEPTION(FileError, writeWorkbook(folder + "/none/x.xlsx"_L1, {u"a"_s}, {}));
+}
+
+QTEST_GUILESS_MAIN(tst_phonebook)
+#include "tst_phonebook.moc"

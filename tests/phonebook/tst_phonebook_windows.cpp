@@ -1,0 +1,177 @@
+// The three phone-book windows, driven with mouse and keys.
+#include "files/whole_file.h"
+#include "phonebook/FPBExp.h"
+#include "phonebook/FPBGen.h"
+#include "phonebook/FPBImp.h"
+#include "support/rows.h"
+#include "support/test_database.h"
+
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QFile>
+#include <QTest>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+using namespace velmora;
+
+class tst_phonebook_windows : public QObject {
+    Q_OBJECT
+
+public Q_SLOTS:
+    void open(const QUrl& url) { m_opened << url.toLocalFile(); }
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void generates();
+    void imports();
+    void exports();
+    void stopsAnImport();
+    void remembersFolders_data();
+    void remembersFolders();
+
+private:
+    template <typename Control> Control* control(const QString& name) const
+    {
+        return m_window->findChild<Control*>(name);
+    }
+    template <typename Window> void show()
+    {
+        m_window = std::make_unique<Window>(m_database->main);
+        m_window->show();
+    }
+    void choose(int list, const QString& code) const;
+    QString folder() const { return control<QLabel>(u"LPath"_s)->text(); }
+    QString lastLine() const
+    {
+        const auto* list = control<QListWidget>(u"List1"_s);
+        return list->count() > 0 ? list->item(list->count() - 1)->text() : QString();
+    }
+
+    std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<QWidget> m_window;
+    QStringList m_opened;
+};
+
+void tst_phonebook_windows::init()
+{
+    m_database = std::make_unique<TestDatabase>();
+    m_database->addPhone(u"C1"_s, u"GXP2000"_s, u"101"_s, u"Hall"_s, u"000000000101"_s);
+    for (const QString& flag : {u"V"_s, u"W"_s, u"H"_s})
+        m_database->run("INSERT INTO CREATION_FLAGS VALUES('"_L1 + flag + "', 'x', 'Y')"_L1);
+    for (const QString& row :
+         {u"'C1GXP2000', '$$PBGEN'"_s, u"'C1GXP2000', '$$PBIMP'"_s, u"'C1', '$$PBExp'"_s})
+        m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES(%1, '%2\\')"_s.arg(row, m_database->folder()));
+    m_database->run(u"INSERT INTO PHONE_BOOK VALUES('C1', '201', 'One', 'V', '', '', '', '')"_s);
+    m_opened.clear();
+}
+
+void tst_phonebook_windows::cleanup()
+{
+    m_window.reset();
+    m_database.reset();
+}
+
+void tst_phonebook_windows::choose(int list, const QString& code) const
+{
+    auto* filter = control<QComboBox>(u"Filter_%1"_s.arg(list));
+    filter->setCurrentIndex(filter->findText(code, Qt::MatchStartsWith));
+    Q_EMIT filter->activated(filter->currentIndex());
+}
+
+void tst_phonebook_windows::generates()
+{
+    show<FPBGen>();
+    QVERIFY(!control<QComboBox>(u"Filter_3"_s));
+    choose(1, u"C1"_s);
+    QVERIFY(!control<QPushButton>(u"Ok"_s)->isEnabled());
+    choose(2, u"GXP2000"_s);
+    QCOMPARE(folder(), m_database->folder());
+    QTest::keyClick(control<QComboBox>(u"Filter_2"_s), Qt::Key_Return);
+    QVERIFY(QFile::exists(m_database->folder() + "/gs_phonebook.xml"_L1));
+    QCOMPARE(lastLine(), u"201 - One"_s);
+    QCOMPARE(control<QProgressBar>(u"Progress"_s)->text(), u"1 / 1"_s);
+}
+
+void tst_phonebook_windows::imports()
+{
+    writeWholeFile(m_database->folder() + "/confUsers.ini"_L1,
+                   "[Users]\n[User1]\nName=A\nSurname=B\nExtension=201\nend\n");
+    show<FPBImp>();
+    choose(1, u"C1"_s);
+    choose(2, u"GXP2000"_s);
+    QTest::mouseClick(control<QPushButton>(u"Ok"_s), Qt::LeftButton);
+    QCOMPARE(lastLine(), u"201 - A B  - Updated"_s);
+    QCOMPARE(m_database->user.shown.size(), 1);
+    QVERIFY(control<QPushButton>(u"Ok"_s)->isEnabled());
+
+    // Another folder, chosen by the user, is not remembered.
+    m_database->user.folderAnswer = u"/no/such"_s;
+    QTest::mouseClick(control<QPushButton>(u"BtPath"_s), Qt::LeftButton);
+    QTest::mouseClick(control<QPushButton>(u"Ok"_s), Qt::LeftButton);
+    QCOMPARE(m_database->user.shown.last(), u"M7: /no/such"_s);
+    choose(2, u"GXP2000"_s);
+    QCOMPARE(folder(), m_database->folder());
+}
+
+void tst_phonebook_windows::exports()
+{
+    QDesktopServices::setUrlHandler(u"file"_s, this, "open");
+    show<FPBExp>();
+    QVERIFY(!control<QComboBox>(u"Filter_2"_s));
+    choose(1, u"C1"_s);
+    QCOMPARE(folder(), m_database->folder());
+    QTest::mouseClick(control<QPushButton>(u"Ok"_s), Qt::LeftButton);
+    QCOMPARE(readWholeFile(m_database->folder() + "/Phone_Book.csv"_L1), QByteArray("C1;201;One;V;;;;\r\n"));
+    QCOMPARE(lastLine(), u"M33: 1"_s);
+    QCOMPARE(m_opened, QStringList());
+
+    control<QRadioButton>(u"Workbook"_s)->click();
+    QTest::mouseClick(control<QPushButton>(u"Ok"_s), Qt::LeftButton);
+    QCOMPARE(m_opened, QStringList(m_database->folder() + "/Phone_Book.xlsx"_L1));
+    QVERIFY(QFile::exists(m_opened.first()));
+    QDesktopServices::unsetUrlHandler(u"file"_s);
+}
+
+void tst_phonebook_windows::stopsAnImport()
+{
+    writeWholeFile(m_database->folder() + "/confUsers.ini"_L1,
+                   "[Users]\n[User1]\nName=A\nSurname=B\nExtension=201\nend\n");
+    show<FPBImp>();
+    choose(1, u"C1"_s);
+    choose(2, u"GXP2000"_s);
+    m_database->user.onEvents = [this] {
+        QVERIFY(!control<QPushButton>(u"Ok"_s)->isEnabled());
+        QVERIFY(!m_window->close());
+    };
+    control<QPushButton>(u"Ok"_s)->click();
+    QCOMPARE(lastLine(), u"Stopped: nothing was changed"_s);
+    QTRY_VERIFY(!m_window->isVisible());
+    QCOMPARE(m_database->value(u"SELECT BK_NAME || BK_FLAG FROM PHONE_BOOK"_s), u"OneV"_s);
+}
+
+void tst_phonebook_windows::remembersFolders_data()
+{
+    columns<QString, QString>("subcode", "path");
+    row("a folder that is gone", "$$PBGEN", "M7: /gone");
+    row("none", "", "M7: ");
+}
+
+void tst_phonebook_windows::remembersFolders()
+{
+    QFETCH(QString, subcode);
+    if (subcode.isEmpty())
+        m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE = '$$PBGEN'"_s);
+    else
+        m_database->run(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '/gone' WHERE SY_SUBCODE = '$$PBGEN'"_s);
+    show<FPBGen>();
+    choose(1, u"C1"_s);
+    choose(2, u"GXP2000"_s);
+    control<QPushButton>(u"Ok"_s)->click();
+    QCOMPARE(m_database->user.shown.size(), 1);
+    QTEST(m_database->user.shown.first(), "path");
+}
+
+QTEST_MAIN(tst_phonebook_windows)
+#include "tst_phonebook_windows.moc"
