@@ -1,7 +1,11 @@
 // velmora-images PROGRAM_FOLDER IMAGE_FOLDER: takes the images of the windows, in English and French, over
 // the demo database in the program folder.
 #include "editor/FParameters.h"
+#include "files/whole_file.h"
 #include "generation/FGenerate.h"
+#include "phonebook/FPBExp.h"
+#include "phonebook/FPBGen.h"
+#include "phonebook/FPBImp.h"
 #include "reboot/FReboot.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
@@ -76,6 +80,33 @@ void takeRebootImage(MMain& main, const QString& folder, const QString& suffix)
     save(reboot, folder + "/FReboot"_L1 + suffix);
 }
 
+/// A phone-book window after its run.
+template <typename Window> void takePhoneBookImage(MMain& main, const QString& path)
+{
+    Window window(main);
+    window.show();
+    choose(window, u"Filter_1"_s, u"LUNA"_s);
+    if (window.template findChild<QComboBox*>(u"Filter_2"_s))
+        choose(window, u"Filter_2"_s, u"GXP2000"_s);
+    window.template findChild<QPushButton*>(u"Ok"_s)->click();
+    save(window, path);
+}
+
+void takePhoneBookImages(MMain& main, const QString& folder, const QString& suffix)
+{
+    for (const QString& row :
+         {u"'LUNAGXP2000', '$$PBGEN'"_s, u"'LUNAGXP2000', '$$PBIMP'"_s, u"'LUNA', '$$PBExp'"_s})
+        main.connection.execute(u"REPLACE INTO SYSTEM_PARAMETERS VALUES(%1, 'phone-files/LUNA')"_s.arg(row));
+    QByteArray users = "[Users]\n";
+    for (const char* user : {"Bruno\nSurname=Castel\nExtension=103", "Cleo\nSurname=Varga\nExtension=131",
+                             "Dario\nSurname=Lund\nExtension=132", "Eva\nSurname=O'Neil\nExtension=106"})
+        users += QByteArray("[User]\nName=") + user + '\n';
+    writeWholeFile(u"phone-files/LUNA/confUsers.ini"_s, users + "\n");
+    takePhoneBookImage<FPBGen>(main, folder + "/FPBGen"_L1 + suffix);
+    takePhoneBookImage<FPBImp>(main, folder + "/FPBImp"_L1 + suffix);
+    takePhoneBookImage<FPBExp>(main, folder + "/FPBExp"_L1 + suffix);
+}
+
 void takeImages(MMain& main, const QString& folder)
 {
     const QString suffix = u'-' + main.language.toLower() + ".png"_L1;
@@ -94,6 +125,7 @@ void takeImages(MMain& main, const QString& folder)
     save(*generate, folder + "/FGenerate"_L1 + suffix);
     takeEditorImages(main, folder, suffix);
     takeRebootImage(main, folder, suffix);
+    takePhoneBookImages(main, folder, suffix);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "phonebook/FPBGen.h"
 
+#include "files/stored_path.h"
 #include "phonebook/address_book.h"
 
 using namespace Qt::StringLiterals;
@@ -14,7 +15,8 @@ FPBGen::FPBGen(MMain& main)
 
 void FPBGen::run()
 {
-    generatePhoneBook(m_main, request(), report());
+    if (generatePhoneBook(m_main, request(), report()))
+        showStatus(pathIn(localFolder(request().folder), addressBookName));
 }
 
 } // namespace velmora

@@ -42,7 +42,7 @@ bool generatePhoneBook(MMain& main, const PhoneBookRequest& request, const RunRe
         if (!fitsAnsi(entries.last().number) || !fitsAnsi(entries.last().name))
             report.line(main.messageLine(u"M218"_s));
     }
-    writeWholeFile(pathIn(localFolder(request.folder), u"gs_phonebook.xml"_s), addressBook(entries));
+    writeWholeFile(pathIn(localFolder(request.folder), addressBookName), addressBook(entries));
     report.progress(rows.recordCount(), rows.recordCount());
     return true;
 }
