@@ -25,6 +25,7 @@ Command startCommand(CLI::App& application);
 Command listCommand(CLI::App& application);
 Command generateCommand(CLI::App& application);
 Command phonebookCommand(CLI::App& application);
+Command rangesCommand(CLI::App& application);
 Command rebootCommand(CLI::App& application);
 
 } // namespace velmora

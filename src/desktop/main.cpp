@@ -2,6 +2,7 @@
 #include "desktop/desktop_prompts.h"
 #include "editor/FParameters.h"
 #include "generation/FGenerate.h"
+#include "generation/FRgen.h"
 #include "phonebook/FPBExp.h"
 #include "phonebook/FPBGen.h"
 #include "phonebook/FPBImp.h"

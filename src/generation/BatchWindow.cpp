@@ -9,6 +9,8 @@
 #include <QKeyEvent>
 #include <QScopeGuard>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -132,9 +134,11 @@ void BatchWindow::closeEvent(QCloseEvent* event)
 
 void BatchWindow::keyPressEvent(QKeyEvent* event)
 {
+    if (event->isAutoRepeat())
+        return;
     if (event->key() == Qt::Key_Escape)
         m_cancel->click();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    else if (!m_running && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
         m_start->click();
     else
         QWidget::keyPressEvent(event);
@@ -151,13 +155,15 @@ void BatchWindow::setRunning(bool running)
     for (QWidget* input : m_inputs)
         input->setEnabled(!running);
     m_cancel->setText(running ? m_stopCaption : m_closeCaption);
+    // A Return that is pressed too long must not stop the run that it has started.
+    m_cancel->setAutoDefault(!running);
     // Disabling the start button takes the focus from it; Stop has it meanwhile, where the user stayed here.
     if (running)
         m_cancel->setFocus();
     enableStart();
     if (!running && m_cancel->hasFocus())
         m_start->setFocus();
-    if (!running && m_closeAfterRun)
+    if (!running && std::exchange(m_closeAfterRun, false))
         QMetaObject::invokeMethod(this, &BatchWindow::closeWindow, Qt::QueuedConnection);
 }
 

@@ -40,6 +40,8 @@ void SelectionPanel::clearPhones()
 
 void SelectionPanel::fillPhones()
 {
+    // First of all: the query can fail, and then nothing of the model before may stay.
+    clearPhones();
     fill(3, phonesOf(m_main, company(), equipment()));
     m_filters[2]->setCurrentIndex(0);
     fillPhoneTo();

@@ -42,11 +42,16 @@ void FReboot::run()
 {
     m_sinceStart.start();
     m_everySecond.start(1000);
-    const auto finish = qScopeGuard([this] { m_everySecond.stop(); });
+    // Nobody is visited any more, also where the database was lost.
+    const auto finish = qScopeGuard([this] {
+        m_everySecond.stop();
+        showStatus(m_summary);
+    });
+    m_summary.clear();
     const RebootCounts counts =
         m_reboot.run({m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
                       m_selection->phoneTo(), m_waitIfBusy->isChecked()});
-    showStatus(summaryOf(m_main, counts));
+    m_summary = summaryOf(m_main, counts);
 }
 
 void FReboot::stop()

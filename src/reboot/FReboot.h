@@ -11,7 +11,8 @@
 namespace velmora {
 
 /// Shows what Reboot needs and what it reports, and meanwhile which phone is visited and for how long the run
-/// has been going on. A run is stopped at once: the current phone's exchange is cut off.
+/// has been going on. A run is stopped at once: the current phone's exchange is cut off. The connection is
+/// closed with the window, which goes when it is closed.
 class FReboot : public BatchWindow {
     Q_OBJECT
 
@@ -30,6 +31,7 @@ private:
     Reboot m_reboot;
     QElapsedTimer m_sinceStart;
     QTimer m_everySecond;
+    QString m_summary;
 };
 
 } // namespace velmora

@@ -71,6 +71,8 @@ QString HttpExchange::reply() const
 /// Begins the budget, and waits until the socket is connected to `host`.
 bool HttpExchange::connectTo(const QString& host)
 {
+    if (m_aborted && m_socket.state() != QAbstractSocket::ConnectedState)
+        return false;
     // What an exchange with another device has left open is not for this one's requests.
     if (host != m_host)
         close();
@@ -106,8 +108,8 @@ bool HttpExchange::timedOut()
 {
     if (m_budget.isActive())
         return false;
-    m_line(m_main.messageLine(u"M23"_s));
     close();
+    m_line(m_main.messageLine(u"M23"_s));
     return true;
 }
 

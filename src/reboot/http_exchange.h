@@ -14,7 +14,8 @@ class MMain;
 /// sleeps between them.
 ///
 /// Connecting and replying share one budget of five seconds. What does not succeed is reported as a line:
-/// M23 when the budget is used up, and the words of a socket error.
+/// M23 when the budget is used up, and the words of a socket error. A connection that a device resets counts
+/// as one that it closes: the socket does not tell them apart.
 class HttpExchange : public QObject {
     Q_OBJECT
 

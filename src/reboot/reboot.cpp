@@ -114,7 +114,7 @@ RebootOutcome Reboot::F1000()
 /// after a message, when a row is missing.
 std::optional<QStringList> Reboot::valuesNamedBy(const QStringList& keys)
 {
-    QStringList values;
+    QStringList parameters;
     for (const QString& key : keys) {
         const Recordset row = m_main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$"_L1 +
                                            m_request.equipment + "' AND SY_SUBCODE = '"_L1 + key + u'\'');
@@ -122,8 +122,11 @@ std::optional<QStringList> Reboot::valuesNamedBy(const QStringList& keys)
             m_main.showMessage(u"M20"_s, key);
             return std::nullopt;
         }
-        values << m_main.GetParameterValue(row.text(0));
+        parameters << row.text(0);
     }
+    QStringList values;
+    for (const QString& parameter : parameters)
+        values << m_main.GetParameterValue(parameter);
     return values;
 }
 

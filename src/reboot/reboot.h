@@ -41,7 +41,6 @@ public:
     RebootCounts run(const RebootRequest& request);
     /// Ends the run that is going on.
     void abort() { m_device.abort(); }
-    void closeConnection() { m_device.close(); }
 
 private:
     RebootOutcome visitPhone();

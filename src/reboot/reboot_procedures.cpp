@@ -60,9 +60,12 @@ RebootOutcome RebootProcedures::RebootF1000(const QString& address, const QStrin
     announce(u"F1000"_s, address);
     if (!m_device.GetHttp(address, adminPageRequest(address, password)))
         return unanswered();
-    const bool sent = m_device.PostHttp(address, rebootForm(address, password));
+    // The line is the same for a device that asks for another password; the count is not.
+    const bool known = m_device.reply().mid(9, 3) != "401"_L1;
+    if (m_device.PostHttp(address, rebootForm(address, password)))
+        return reported(u"M15"_s, known ? RebootOutcome::Rebooted : RebootOutcome::Refused);
     report(u"M15"_s);
-    return sent ? RebootOutcome::Rebooted : unanswered();
+    return unanswered();
 }
 
 void RebootProcedures::announce(const QString& model, const QString& address) const
@@ -80,8 +83,10 @@ void RebootProcedures::report(const QString& message) const
 
 RebootOutcome RebootProcedures::reported(const QString& message, RebootOutcome outcome) const
 {
+    // An exchange that the user has cut off ends like any other.
+    const bool cutOff = m_device.isAborted();
     report(message);
-    return outcome;
+    return cutOff ? RebootOutcome::LeftOut : outcome;
 }
 
 RebootOutcome RebootProcedures::unanswered() const

@@ -48,11 +48,11 @@ QString RecVal(const QString& name, const QString& text)
     const qsizetype place = text.indexOf(name + "=\""_L1) + 1;
     const qsizetype restLength = text.size() - place - name.size() - 1;
     if (restLength < 0)
-        throw std::invalid_argument("no text behind a field's name");
+        throw std::invalid_argument(name.toStdString());
     const QString rest = text.last(restLength);
     const qsizetype end = rest.indexOf(u'"');
     if (end < 0)
-        throw std::invalid_argument("a field that does not end");
+        throw std::invalid_argument(name.toStdString());
     return rest.first(end);
 }
 
@@ -73,7 +73,7 @@ QString cookieOf(const QString& reply)
     const QString rest = reply.mid(reply.indexOf(header) + header.size() + 1);
     const qsizetype end = rest.indexOf(u';');
     if (end < 0)
-        throw std::invalid_argument("a cookie that does not end");
+        throw std::invalid_argument("Set-Cookie");
     return rest.first(end);
 }
 

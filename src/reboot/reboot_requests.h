@@ -7,7 +7,8 @@ namespace velmora {
 
 /// The value that stands between double quotes after `name` and "=" in `text`, at its first occurrence. Where
 /// there is none, whatever stands before the first double quote of the text without its first
-/// name.size() + 1 characters. Throws std::invalid_argument when there is no double quote to end it.
+/// name.size() + 1 characters. Throws std::invalid_argument, which holds the name, when there is no double
+/// quote to end it.
 QString RecVal(const QString& name, const QString& text);
 
 /// GXP2000: asks for its first page, which says when the device is busy.

@@ -15,6 +15,7 @@
 #include <QStatusBar>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -43,7 +44,7 @@ FMain::FMain(MMain& main) : m_main(main), m_children(new QMdiArea)
     setActions({});
     resize(960, 680);
     connect(&m_main.batch, &Batch::runningChanged, this, [this](bool running) {
-        if (!running && m_closeAfterRun)
+        if (!running && std::exchange(m_closeAfterRun, false))
             QMetaObject::invokeMethod(this, &FMain::close, Qt::QueuedConnection);
     });
 }

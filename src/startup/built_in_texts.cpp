@@ -31,6 +31,7 @@ QString builtInText(const QString& code)
         {u"M218"_s, u"   Characters outside Windows-1252 written as ?"_s},
         {u"M219"_s, u"Stopped: nothing was changed"_s},
         {u"M220"_s, u"Line $$"_s},
+        {u"M221"_s, u"Stopped. Codes done: $$"_s},
     };
     return texts.value(code);
 }

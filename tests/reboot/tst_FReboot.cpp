@@ -131,6 +131,10 @@ void tst_FReboot::stopsAtOnce()
     button(u"Ok"_s)->click();
     // An exchange that was cut off counts as ended without a challenge; no other phone is visited.
     QCOMPARE(lines(), QStringList({u"PAP2 127.0.0.1 - 101 - phone 101"_s, u"M15: "_s}));
+    QStringList labels;
+    for (const QLabel* label : m_window->findChildren<QLabel*>())
+        labels << label->text();
+    QVERIFY(labels.contains(u"0 restarted, 0 refused, 0 unreachable"_s));
     QTRY_COMPARE(m_window->isVisible(), !closing);
     QCOMPARE(silent.received().size(), 1);
 

@@ -8,7 +8,7 @@
 
 namespace velmora {
 
-SilentListener::SilentListener() : m_socket(socket(AF_INET, SOCK_STREAM, 0))
+SilentListener::SilentListener() : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0))
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -26,8 +26,26 @@ SilentListener::SilentListener() : m_socket(socket(AF_INET, SOCK_STREAM, 0))
     }
 }
 
+void SilentListener::takeConnections()
+{
+    for (int number = 0; number < 100; ++number)
+        if (const int taken = accept4(m_socket, nullptr, nullptr, SOCK_NONBLOCK); taken >= 0)
+            m_taken.push_back(taken);
+}
+
+bool SilentListener::hasReceived() const
+{
+    char byte = 0;
+    const int last = accept4(m_socket, nullptr, nullptr, SOCK_NONBLOCK);
+    const bool received = last >= 0 && recv(last, &byte, 1, 0) == 1;
+    close(last);
+    return received;
+}
+
 SilentListener::~SilentListener()
 {
+    for (const int taken : m_taken)
+        close(taken);
     close(m_socket);
 }
 
