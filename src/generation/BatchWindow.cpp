@@ -30,6 +30,8 @@ BatchWindow::BatchWindow(MMain& main, const QString& name, const QString& title,
     createProgress(controls);
     connect(m_start, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { start(); }); });
     connect(m_cancel, &QPushButton::clicked, this, &BatchWindow::cancel);
+    m_showingLines.setSingleShot(true);
+    connect(&m_showingLines, &QTimer::timeout, this, &BatchWindow::showLines);
     connect(&m_main.batch, &Batch::runningChanged, this, &BatchWindow::enableStart);
     connect(&m_main.batch, &Batch::stopRequested, this, [this] {
         if (m_running)
@@ -88,7 +90,10 @@ void BatchWindow::complete()
 void BatchWindow::start()
 {
     setRunning(true);
-    const auto finish = qScopeGuard([this] { setRunning(false); });
+    const auto finish = qScopeGuard([this] {
+        showLines();
+        setRunning(false);
+    });
     const Batch::Run batch(m_main.batch);
     m_list->clear();
     showStatus({});
@@ -177,12 +182,21 @@ void BatchWindow::showProgress(qsizetype done, qsizetype total)
     m_progress->show();
     m_progress->setRange(0, static_cast<int>(total));
     m_progress->setValue(static_cast<int>(done));
-    m_list->scrollToBottom();
 }
 
 void BatchWindow::appendLine(const QString& line)
 {
-    m_list->addItem(line);
+    m_newLines << line;
+    if (!m_showingLines.isActive())
+        m_showingLines.start();
+}
+
+void BatchWindow::showLines()
+{
+    m_showingLines.stop();
+    if (m_newLines.isEmpty())
+        return;
+    m_list->addItems(std::exchange(m_newLines, {}));
     m_list->setCurrentRow(m_list->count() - 1);
 }
 

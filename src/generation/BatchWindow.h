@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace velmora {
@@ -66,6 +67,7 @@ private:
     void cancel();
     void closeWindow();
     void setRunning(bool running);
+    void showLines();
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;
@@ -79,6 +81,10 @@ private:
     QString m_stopCaption;
     QString m_closeCaption;
     QElapsedTimer m_sinceEvents;
+    /// Lines that are not in the list yet. They get there with the next window events: one by one, a hundred
+    /// thousand would take minutes.
+    QStringList m_newLines;
+    QTimer m_showingLines;
     bool m_running = false;
     bool m_closeAfterRun = false;
 };
