@@ -1,14 +1,17 @@
 // velmora-images PROGRAM_FOLDER IMAGE_FOLDER: takes the images of the windows, in English and French, over
 // the demo database in the program folder.
+#include "desktop/menu_actions.h"
 #include "editor/FParameters.h"
 #include "files/whole_file.h"
 #include "generation/FGenerate.h"
+#include "generation/FRgen.h"
 #include "phonebook/FPBExp.h"
 #include "phonebook/FPBGen.h"
 #include "phonebook/FPBImp.h"
 #include "reboot/FReboot.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
+#include "startup/frmAbout.h"
 #include "startup/start_up.h"
 #include "support/device_double.h"
 
@@ -107,16 +110,26 @@ void takePhoneBookImages(MMain& main, const QString& folder, const QString& suff
     takePhoneBookImage<FPBExp>(main, folder + "/FPBExp"_L1 + suffix);
 }
 
+void takeRangesImage(MMain& main, const QString& folder, const QString& suffix)
+{
+    FRgen ranges(main);
+    ranges.show();
+    choose(ranges, u"Filter"_s, u"LUNA"_s);
+    ranges.findChild<QLineEdit*>(u"PFrom"_s)->setText(u"118"_s);
+    ranges.findChild<QLineEdit*>(u"PTo"_s)->setText(u"124"_s);
+    ranges.findChild<QPushButton*>(u"Generate"_s)->click();
+    save(ranges, folder + "/FRgen"_L1 + suffix);
+}
+
 void takeImages(MMain& main, const QString& folder)
 {
     const QString suffix = u'-' + main.language.toLower() + ".png"_L1;
     FMain frame(main);
     FGenerate* generate = nullptr;
-    frame.setActions({{u"GenConf"_s, [&] {
-                           frame.showChild(u"FGenerate"_s, [&] { return generate = new FGenerate(main); });
-                       }}});
+    frame.setActions(menuActions(frame, main));
     frame.show();
     frame.findChild<QAction*>(u"GenConf"_s)->trigger();
+    generate = frame.findChild<FGenerate*>();
     save(frame, folder + "/FMain"_L1 + suffix);
 
     choose(*generate, u"Filter_1"_s, u"LUNA"_s);
@@ -126,6 +139,10 @@ void takeImages(MMain& main, const QString& folder)
     takeEditorImages(main, folder, suffix);
     takeRebootImage(main, folder, suffix);
     takePhoneBookImages(main, folder, suffix);
+    takeRangesImage(main, folder, suffix);
+    frmAbout about(main);
+    about.show();
+    save(about, folder + "/frmAbout"_L1 + suffix);
 }
 
 } // namespace

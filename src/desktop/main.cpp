@@ -1,12 +1,6 @@
 // velmora: the desktop program. Runs the start-up and joins the menu items to their windows.
 #include "desktop/desktop_prompts.h"
-#include "editor/FParameters.h"
-#include "generation/FGenerate.h"
-#include "generation/FRgen.h"
-#include "phonebook/FPBExp.h"
-#include "phonebook/FPBGen.h"
-#include "phonebook/FPBImp.h"
-#include "reboot/FReboot.h"
+#include "desktop/menu_actions.h"
 #include "startup/FMain.h"
 #include "startup/MMain.h"
 #include "startup/failure_report.h"
@@ -17,6 +11,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QStandardPaths>
 
 #include <memory>
 
@@ -52,18 +47,10 @@ int main(int argc, char** argv)
 
     std::unique_ptr<FMain> window;
     const bool made = reportFailures(mainModule, [&] {
-        window = std::make_unique<FMain>(mainModule);
-        window->setActions({
-            {u"Config"_s,
-             [&] {
-                 window->showChild(
-                     u"FParameters"_s, [&] { return new FParameters(mainModule); },
-                     [](QWidget* editor) { static_cast<FParameters*>(editor)->selectFirstTab(); });
-             }},
-            {u"GenConf"_s,
-             [&] { window->showChild(u"FGenerate"_s, [&] { return new FGenerate(mainModule); }); }},
-            {u"Reboot"_s, [&] { window->showChild(u"FReboot"_s, [&] { return new FReboot(mainModule); }); }},
-        });
+        window = std::make_unique<FMain>(
+            mainModule, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                            "/velmora/windows.ini"_L1);
+        window->setActions(menuActions(*window, mainModule));
     });
     if (!made)
         return 3;

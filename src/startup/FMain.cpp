@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QSettings>
 #include <QStatusBar>
 
 #include <algorithm>
@@ -31,7 +32,8 @@ bool isSubmenu(const QString& control)
 
 } // namespace
 
-FMain::FMain(MMain& main) : m_main(main), m_children(new QMdiArea)
+FMain::FMain(MMain& main, const QString& settings)
+    : m_main(main), m_settings(settings), m_children(new QMdiArea)
 {
     setObjectName(u"FMain"_s);
     setWindowTitle(u"Velmora"_s);
@@ -42,7 +44,9 @@ FMain::FMain(MMain& main) : m_main(main), m_children(new QMdiArea)
     translateTitle();
     createMenu();
     setActions({});
-    resize(960, 680);
+    resize(1100, 760);
+    if (!m_settings.isEmpty())
+        restoreGeometry(QSettings(m_settings, QSettings::IniFormat).value(u"FMain"_s).toByteArray());
     connect(&m_main.batch, &Batch::runningChanged, this, [this](bool running) {
         if (!running && std::exchange(m_closeAfterRun, false))
             QMetaObject::invokeMethod(this, &FMain::close, Qt::QueuedConnection);
@@ -74,8 +78,41 @@ void FMain::createMenu()
         m_items[item.control]->setObjectName(item.control);
         m_rights.insert(item.control, hasMenuRight(m_main, item.control));
     }
+    createWindowsMenu();
     m_items[u"Quit"_s]->setShortcut(Qt::CTRL | Qt::Key_Q); // QKeySequence::Quit is empty on some desktops
     m_items[u"Help1"_s]->setShortcut(QKeySequence::HelpContents);
+}
+
+/// Arranging the children is everybody's right.
+void FMain::createWindowsMenu()
+{
+    auto* menu = new QMenu(m_main.textOr(u"WINDOWS"_s, u"Windows"_s), this);
+    menuBar()->insertMenu(m_items[u"Help"_s], menu);
+    const auto add = [&](const QString& code, const QString& caption, const QKeySequence& keys,
+                         void (QMdiArea::*arrange)()) {
+        menu->addAction(m_main.textOr(code, caption), keys, m_children, arrange);
+    };
+    add(u"WINDOWS_TILE"_s, u"Tile"_s, {}, &QMdiArea::tileSubWindows);
+    add(u"WINDOWS_CASCADE"_s, u"Cascade"_s, {}, &QMdiArea::cascadeSubWindows);
+    add(u"WINDOWS_NEXT"_s, u"Next"_s, Qt::Key_F6, &QMdiArea::activateNextSubWindow);
+    add(u"WINDOWS_CLOSE"_s, u"Close"_s, Qt::CTRL | Qt::Key_W, &QMdiArea::closeActiveSubWindow);
+}
+
+void FMain::restoreChild(QMdiSubWindow& child)
+{
+    if (m_settings.isEmpty())
+        return;
+    const QRect kept =
+        QSettings(m_settings, QSettings::IniFormat).value(child.widget()->objectName()).toRect();
+    // The main window may have been larger then.
+    if (kept.isValid() && m_children->viewport()->rect().contains(kept.topLeft()))
+        child.setGeometry(kept);
+}
+
+void FMain::keepChild(const QMdiSubWindow& child)
+{
+    if (!m_settings.isEmpty() && child.widget() && !child.isMaximized() && !child.isMinimized())
+        QSettings(m_settings, QSettings::IniFormat).setValue(child.widget()->objectName(), child.geometry());
 }
 
 void FMain::setActions(const Actions& actions)
@@ -108,8 +145,15 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
     const auto existing = std::find_if(children.begin(), children.end(), [&name](QMdiSubWindow* child) {
         return child->widget() && child->widget()->objectName() == name;
     });
-    QMdiSubWindow* child = existing != children.end() ? *existing : m_children->addSubWindow(create());
-    child->setAttribute(Qt::WA_DeleteOnClose);
+    QMdiSubWindow* child = nullptr;
+    if (existing != children.end()) {
+        child = *existing;
+    } else {
+        child = m_children->addSubWindow(create());
+        child->setAttribute(Qt::WA_DeleteOnClose);
+        child->installEventFilter(this);
+        restoreChild(*child);
+    }
     if (prepare)
         prepare(child->widget());
     if (child->isMinimized())
@@ -129,10 +173,15 @@ void FMain::closeEvent(QCloseEvent* event)
     }
     m_children->closeAllSubWindows();
     event->setAccepted(!m_children->currentSubWindow());
+    if (event->isAccepted() && !m_settings.isEmpty())
+        QSettings(m_settings, QSettings::IniFormat).setValue(u"FMain"_s, saveGeometry());
 }
 
 bool FMain::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::Close)
+        if (const auto* child = qobject_cast<QMdiSubWindow*>(watched))
+            keepChild(*child);
     // Disabled items are never highlighted, so their hints are shown where the mouse passes over them.
     if (event->type() == QEvent::MouseMove) {
         const QPoint position = static_cast<QMouseEvent*>(event)->position().toPoint();

@@ -19,7 +19,8 @@ class FMain : public QMainWindow {
 public:
     using Actions = QHash<QString, std::function<void()>>;
 
-    explicit FMain(MMain& main);
+    /// Sizes and places of the windows are kept in the file `settings`; nowhere when it is empty.
+    explicit FMain(MMain& main, const QString& settings = {});
 
     /// Sets what each menu item does, by control name, and enables what the user may use.
     void setActions(const Actions& actions);
@@ -35,10 +36,14 @@ protected:
 
 private:
     void createMenu();
+    void createWindowsMenu();
+    void restoreChild(QMdiSubWindow& child);
+    void keepChild(const QMdiSubWindow& child);
     void translateTitle();
     QString hint(const QString& control, bool exists);
 
     MMain& m_main;
+    const QString m_settings;
     QMdiArea* m_children;
     QHash<QString, QAction*> m_items;
     QHash<QString, bool> m_rights;

@@ -28,6 +28,8 @@ private Q_SLOTS:
     void reportsAFailingAction();
     void quits();
     void stopsARunBeforeItCloses();
+    void remembersItsWindows();
+    void arrangesItsChildren();
 
 private:
     void addText(const QString& code, const QString& text);
@@ -62,7 +64,7 @@ void tst_FMain::keepsItsBuiltInTexts()
     for (const QAction* action : window.menuBar()->actions())
         bar << action->text();
     QCOMPARE(bar, QStringList({u"Files"_s, u"Configure"_s, u"Generate"_s, u"Phone Book"_s, u"Ranges"_s,
-                               u"Reboot"_s, u"Help"_s}));
+                               u"Reboot"_s, u"Windows"_s, u"Help"_s}));
     QStringList book;
     for (const QAction* action : item(window, u"PhoneBook"_s)->menu()->actions())
         book << action->text();
@@ -177,6 +179,62 @@ void tst_FMain::stopsARunBeforeItCloses()
         QVERIFY(asked);
     }
     QTRY_VERIFY(!window.isVisible());
+}
+
+void tst_FMain::remembersItsWindows()
+{
+    const QString settings = m_database->folder() + "/windows.ini"_L1;
+    const QRect place(30, 40, 300, 200);
+    const auto open = [](FMain& window) {
+        window.showChild(u"Child"_s, [] {
+            auto* child = new QWidget;
+            child->setObjectName(u"Child"_s);
+            return child;
+        });
+        return window.findChild<QMdiSubWindow*>();
+    };
+    for (const bool again : {false, true}) {
+        FMain window(m_database->main, settings);
+        if (!again)
+            window.resize(700, 500);
+        window.show();
+        QMdiSubWindow* child = open(window);
+        if (!again)
+            child->setGeometry(place);
+        QCOMPARE(child->geometry(), place);
+        QCOMPARE(window.size(), QSize(700, 500));
+        window.close();
+    }
+    // Without a file nothing is remembered.
+    FMain window(m_database->main);
+    window.show();
+    QVERIFY(open(window)->geometry() != place);
+}
+
+void tst_FMain::arrangesItsChildren()
+{
+    FMain window(m_database->main);
+    window.show();
+    for (const QString& name : {u"One"_s, u"Two"_s})
+        window.showChild(name, [&name] {
+            auto* child = new QWidget;
+            child->setObjectName(name);
+            return child;
+        });
+    const QList<QMdiSubWindow*> children = window.findChildren<QMdiSubWindow*>();
+    const auto choose = [&window](const QString& caption) {
+        for (QAction* action : window.findChildren<QAction*>())
+            if (action->text() == caption)
+                action->trigger();
+    };
+    choose(u"Tile"_s);
+    QVERIFY(!children[0]->geometry().intersects(children[1]->geometry()));
+    choose(u"Cascade"_s);
+    QVERIFY(children[0]->geometry().intersects(children[1]->geometry()));
+    auto* area = window.findChild<QMdiArea*>();
+    const QMdiSubWindow* active = area->activeSubWindow();
+    choose(u"Next"_s);
+    QVERIFY(area->activeSubWindow() != active);
 }
 
 QTEST_MAIN(tst_FMain)

@@ -1,0 +1,48 @@
+#include "desktop/menu_actions.h"
+
+#include "editor/FParameters.h"
+#include "generation/FGenerate.h"
+#include "generation/FRgen.h"
+#include "phonebook/FPBExp.h"
+#include "phonebook/FPBGen.h"
+#include "phonebook/FPBImp.h"
+#include "reboot/FReboot.h"
+#include "startup/MMain.h"
+#include "startup/frmAbout.h"
+#include "startup/frmBrowser.h"
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+FMain::Actions menuActions(FMain& window, MMain& main)
+{
+    const auto shows = [&window](const QString& name, const std::function<QWidget*()>& create) {
+        return [&window, name, create] { window.showChild(name, create); };
+    };
+    return {
+        {u"Config"_s,
+         [&window, &main] {
+             window.showChild(
+                 u"FParameters"_s, [&main] { return new FParameters(main); },
+                 [](QWidget* editor) { static_cast<FParameters*>(editor)->selectFirstTab(); });
+         }},
+        {u"GenConf"_s, shows(u"FGenerate"_s, [&main] { return new FGenerate(main); })},
+        {u"PbGen"_s, shows(u"FPBGen"_s, [&main] { return new FPBGen(main); })},
+        {u"PbImp"_s, shows(u"FPBImp"_s, [&main] { return new FPBImp(main); })},
+        {u"PbExp"_s, shows(u"FPBExp"_s, [&main] { return new FPBExp(main); })},
+        {u"Ranges"_s, shows(u"FRgen"_s, [&main] { return new FRgen(main); })},
+        {u"Reboot"_s, shows(u"FReboot"_s, [&main] { return new FReboot(main); })},
+        {u"Help1"_s,
+         [&window, &main] {
+             window.showChild(
+                 u"frmBrowser"_s, [&main] { return new frmBrowser(main); },
+                 [&main](QWidget* browser) {
+                     static_cast<frmBrowser*>(browser)->navigate(manualAddress(main.programFolder));
+                 });
+         }},
+        {u"About"_s, shows(u"frmAbout"_s, [&main] { return new frmAbout(main); })},
+    };
+}
+
+} // namespace velmora

@@ -1,0 +1,13 @@
+// What the items of the main window's menu do.
+#pragma once
+
+#include "startup/FMain.h"
+
+namespace velmora {
+
+class MMain;
+
+/// One action for every item that opens a window. `window` and `main` must outlive them.
+FMain::Actions menuActions(FMain& window, MMain& main);
+
+} // namespace velmora
