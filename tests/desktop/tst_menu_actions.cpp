@@ -9,6 +9,7 @@
 #include "support/rows.h"
 
 #include <QAction>
+#include <QMenu>
 #include <QMdiSubWindow>
 #include <QTest>
 
