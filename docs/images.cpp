@@ -112,6 +112,7 @@ void takePhoneBookImages(MMain& main, const QString& folder, const QString& suff
 
 void takeRangesImage(MMain& main, const QString& folder, const QString& suffix)
 {
+    main.connection.execute(u"DELETE FROM RANGES WHERE CO_CODE = 'LUNA' AND PH_CODE > '120'"_s);
     FRgen ranges(main);
     ranges.show();
     choose(ranges, u"Filter"_s, u"LUNA"_s);
@@ -128,6 +129,8 @@ void takeImages(MMain& main, const QString& folder)
     FGenerate* generate = nullptr;
     frame.setActions(menuActions(frame, main));
     frame.show();
+    frame.findChild<QAction*>(u"Config"_s)->trigger();
+    frame.findChild<QTabBar*>(u"TabStrip"_s)->setCurrentIndex(2);
     frame.findChild<QAction*>(u"GenConf"_s)->trigger();
     generate = frame.findChild<FGenerate*>();
     save(frame, folder + "/FMain"_L1 + suffix);
