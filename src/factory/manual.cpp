@@ -100,42 +100,65 @@ void copyImages(const QString& page, const QString& from, const QString& to)
         writeWholeFile(to + u'/' + match.captured(1), readWholeFile(from + u'/' + match.captured(1)));
 }
 
+/// What the pages are made of, read once.
+struct Sources {
+    QString folder;
+    TextTable texts;
+    TextTable explanations;
+};
+
+Sources readSources(const QString& dataFolder)
+{
+    const QString folder = dataFolder + "/manual"_L1;
+    const QString explanationPath = folder + "/messages.csv"_L1;
+    const Sources sources{folder, readSeparatedValues(dataFolder + "/texts.csv"_L1),
+                          readSeparatedValues(explanationPath)};
+    if (sources.explanations.value(0) != sources.texts.value(0))
+        throw FileError(explanationPath, u"its heading is not that of texts.csv"_s);
+    return sources;
+}
+
+/// The page of a language, which is a column of the texts.
+QString languagePage(const Sources& sources, qsizetype language)
+{
+    const QString path = sources.folder + "/manual-"_L1 + sources.texts[0][language].toLower() + ".htm"_L1;
+    const QString text = readTemplate(path);
+    const QHash<QString, QString> captions = textsOf(sources.texts, language);
+    return expand(path, text, [&](const QString& name) -> std::optional<QString> {
+        if (name == "contents"_L1)
+            return contentsOf(text, {});
+        if (name == "messages"_L1)
+            return messageRows(sources.texts, textsOf(sources.explanations, language), language);
+        return captions.contains(name) ? std::optional(caption(captions[name])) : std::nullopt;
+    });
+}
+
+/// The page where the manual begins. The names of its placeholders are the keys of `contents`.
+QString firstPage(const Sources& sources, const QHash<QString, QString>& contents)
+{
+    const QString path = sources.folder + "/manual.htm"_L1;
+    return expand(path, readTemplate(path), [&](const QString& name) -> std::optional<QString> {
+        return contents.contains(name) ? std::optional(contents[name]) : std::nullopt;
+    });
+}
+
 } // namespace
 
 void writeManual(const QString& dataFolder, const QString& imageFolder, const QString& outputFolder)
 {
-    const QString templates = dataFolder + "/manual"_L1;
+    const Sources sources = readSources(dataFolder);
     const QString pageFolder = outputFolder + "/manual"_L1;
     QDir().mkpath(pageFolder);
-    const TextTable texts = readSeparatedValues(dataFolder + "/texts.csv"_L1);
-    const QString explanationPath = templates + "/messages.csv"_L1;
-    const TextTable explanations = readSeparatedValues(explanationPath);
-    if (explanations.value(0) != texts.value(0))
-        throw FileError(explanationPath, u"its heading is not that of texts.csv"_s);
-
     QHash<QString, QString> contents;
-    for (qsizetype language = 1; language < texts[0].size(); ++language) {
-        const QString name = texts[0][language].toLower();
-        const QString path = templates + "/manual-"_L1 + name + ".htm"_L1;
-        const QHash<QString, QString> captions = textsOf(texts, language);
-        QString text = readTemplate(path);
-        text.replace("{{contents}}"_L1, contentsOf(text, {}));
-        const QString page = expand(path, text, [&](const QString& code) -> std::optional<QString> {
-            if (code == "messages"_L1)
-                return messageRows(texts, textsOf(explanations, language), language);
-            return captions.contains(code) ? std::optional(caption(captions[code])) : std::nullopt;
-        });
+    for (qsizetype language = 1; language < sources.texts[0].size(); ++language) {
+        const QString name = sources.texts[0][language].toLower();
+        const QString page = languagePage(sources, language);
         copyImages(page, imageFolder, pageFolder);
         writeWholeFile(pageFolder + u'/' + name + ".htm"_L1, page.toUtf8());
         contents.insert("contents_"_L1 + name, contentsOf(page, "manual/"_L1 + name + ".htm"_L1));
     }
-
-    // Last, since the build takes its time for that of the whole manual.
-    const QString path = templates + "/manual.htm"_L1;
-    const QString page = expand(path, readTemplate(path), [&](const QString& name) -> std::optional<QString> {
-        return contents.contains(name) ? std::optional(contents[name]) : std::nullopt;
-    });
-    writeWholeFile(outputFolder + "/manual.htm"_L1, page.toUtf8());
+    // Last, since its time is for the build that of the whole manual.
+    writeWholeFile(outputFolder + "/manual.htm"_L1, firstPage(sources, contents).toUtf8());
 }
 
 } // namespace velmora
