@@ -1,10 +1,6 @@
 #include "factory/factory_data.h"
 
 #include "factory/separated_values.h"
-#include "files/file_error.h"
-#include "files/whole_file.h"
-
-#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -12,33 +8,15 @@ namespace velmora {
 
 namespace {
 
-/// The rows of a data file; each has as many fields as the heading line, which comes first.
-QList<QStringList> readRows(const QString& folder, const QString& name)
-{
-    const QString path = folder + u'/' + name;
-    QList<QStringList> rows;
-    try {
-        rows = parseSeparatedValues(QString::fromUtf8(readWholeFile(path)));
-    } catch (const std::invalid_argument& error) {
-        throw FileError(path, QString::fromLatin1(error.what()));
-    }
-    for (qsizetype row = 0; row < rows.size(); ++row)
-        if (rows[row].size() != rows[0].size())
-            throw FileError(path, u"row %1 has %2 fields where the heading has %3"_s.arg(row + 1)
-                                      .arg(rows[row].size())
-                                      .arg(rows[0].size()));
-    return rows;
-}
-
 QList<QStringList> readRowsBelowHeading(const QString& folder, const QString& name)
 {
-    return readRows(folder, name).sliced(1);
+    return readSeparatedValues(folder + u'/' + name).sliced(1);
 }
 
 /// One text row per code and language; the heading names the languages.
 QList<QStringList> readTexts(const QString& folder)
 {
-    const QList<QStringList> table = readRows(folder, u"texts.csv"_s);
+    const QList<QStringList> table = readSeparatedValues(folder + "/texts.csv"_L1);
     QList<QStringList> texts;
     for (const QStringList& row : table.sliced(1))
         for (qsizetype language = 1; language < row.size(); ++language)

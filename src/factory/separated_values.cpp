@@ -1,7 +1,12 @@
 #include "factory/separated_values.h"
 
+#include "files/file_error.h"
+#include "files/whole_file.h"
+
 #include <stdexcept>
 #include <string>
+
+using namespace Qt::StringLiterals;
 
 namespace velmora {
 
@@ -81,6 +86,22 @@ private:
 QList<QStringList> parseSeparatedValues(const QString& text)
 {
     return Reader(text).rows();
+}
+
+QList<QStringList> readSeparatedValues(const QString& path)
+{
+    QList<QStringList> rows;
+    try {
+        rows = parseSeparatedValues(QString::fromUtf8(readWholeFile(path)));
+    } catch (const std::invalid_argument& error) {
+        throw FileError(path, QString::fromLatin1(error.what()));
+    }
+    for (qsizetype row = 0; row < rows.size(); ++row)
+        if (rows[row].size() != rows[0].size())
+            throw FileError(path, u"row %1 has %2 fields where the heading has %3"_s.arg(row + 1)
+                                      .arg(rows[row].size())
+                                      .arg(rows[0].size()));
+    return rows;
 }
 
 } // namespace velmora

@@ -12,4 +12,8 @@ namespace velmora {
 /// field.
 QList<QStringList> parseSeparatedValues(const QString& text);
 
+/// The rows of a data file; each has as many fields as the heading line, which comes first. Throws FileError
+/// naming the file that is missing or has a broken row.
+QList<QStringList> readSeparatedValues(const QString& path);
+
 } // namespace velmora
