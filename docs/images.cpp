@@ -128,9 +128,8 @@ void takeImages(MMain& main, const QString& folder)
     FMain frame(main);
     FGenerate* generate = nullptr;
     frame.setActions(menuActions(frame, main));
+    frame.resize(780, 600); // the manual shows it, too
     frame.show();
-    frame.findChild<QAction*>(u"Config"_s)->trigger();
-    frame.findChild<QTabBar*>(u"TabStrip"_s)->setCurrentIndex(2);
     frame.findChild<QAction*>(u"GenConf"_s)->trigger();
     generate = frame.findChild<FGenerate*>();
     save(frame, folder + "/FMain"_L1 + suffix);
