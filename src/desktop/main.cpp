@@ -9,6 +9,7 @@
 #include "startup/FMain.h"
 #include "startup/MMain.h"
 #include "startup/failure_report.h"
+#include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
 #include "startup/user_name.h"
@@ -45,8 +46,9 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(u"velmora"_s);
     QApplication::setApplicationVersion(versionText());
 
-    MMain mainModule(programFolder(chosenFolder(application)), desktopPrompts());
-    if (!StartUp(mainModule, systemUserName()))
+    const QString chosen = chosenFolder(application);
+    MMain mainModule(programFolder(chosen), desktopPrompts());
+    if (!fillProgramFolder(mainModule, chosen) || !StartUp(mainModule, systemUserName()))
         return 3;
 
     std::unique_ptr<FMain> window;
