@@ -17,6 +17,8 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
+#include <QIcon>
 
 #include <memory>
 
@@ -38,6 +40,15 @@ QString chosenFolder(const QApplication& application)
     return parser.value(folder);
 }
 
+/// The program's icon in every size.
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const QString& image : QDir(u":/icons"_s).entryList())
+        icon.addFile(":/icons/"_L1 + image);
+    return icon;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -45,6 +56,8 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"velmora"_s);
     QApplication::setApplicationVersion(versionText());
+    QApplication::setWindowIcon(programIcon());
+    QApplication::setDesktopFileName(u"velmora"_s); // by which some desktops find the icon
 
     const QString chosen = chosenFolder(application);
     MMain mainModule(programFolder(chosen), desktopPrompts());
