@@ -2,6 +2,7 @@
 #include "cli/command.h"
 #include "cli/terminal_prompts.h"
 #include "startup/MMain.h"
+#include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
 #include "startup/user_name.h"
@@ -52,8 +53,9 @@ int main(int argc, char** argv)
     }
 
     const auto userAnswer = as->count() > 0 ? std::optional(QString::fromStdString(actAs)) : std::nullopt;
-    MMain mainModule(programFolder(QString::fromStdString(folder)), terminalPrompts(userAnswer, yes));
-    if (!StartUp(mainModule, systemUserName()))
+    const QString chosenFolder = QString::fromStdString(folder);
+    MMain mainModule(programFolder(chosenFolder), terminalPrompts(userAnswer, yes));
+    if (!fillProgramFolder(mainModule, chosenFolder) || !StartUp(mainModule, systemUserName()))
         return StartUpEnded;
     const auto chosen = std::find_if(commands.begin(), commands.end(),
                                      [](const Command& command) { return command.parser->parsed(); });

@@ -4,6 +4,7 @@
 #include "startup/FMain.h"
 #include "startup/MMain.h"
 #include "startup/failure_report.h"
+#include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
 #include "startup/user_name.h"
@@ -11,6 +12,8 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
+#include <QIcon>
 #include <QStandardPaths>
 
 #include <memory>
@@ -33,6 +36,15 @@ QString chosenFolder(const QApplication& application)
     return parser.value(folder);
 }
 
+/// The program's icon in every size.
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const QString& image : QDir(u":/icons"_s).entryList())
+        icon.addFile(":/icons/"_L1 + image);
+    return icon;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -40,9 +52,12 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"velmora"_s);
     QApplication::setApplicationVersion(versionText());
+    QApplication::setWindowIcon(programIcon());
+    QApplication::setDesktopFileName(u"velmora"_s); // by which some desktops find the icon
 
-    MMain mainModule(programFolder(chosenFolder(application)), desktopPrompts());
-    if (!StartUp(mainModule, systemUserName()))
+    const QString chosen = chosenFolder(application);
+    MMain mainModule(programFolder(chosen), desktopPrompts());
+    if (!fillProgramFolder(mainModule, chosen) || !StartUp(mainModule, systemUserName()))
         return 3;
 
     std::unique_ptr<FMain> window;

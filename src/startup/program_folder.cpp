@@ -11,6 +11,11 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
+bool isChosen(const QString& chosen)
+{
+    return !chosen.isEmpty() || !qEnvironmentVariableIsEmpty("VELMORA_HOME");
+}
+
 QString programFolder(const QString& chosen)
 {
     const auto native = [](const QString& folder) {

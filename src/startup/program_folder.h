@@ -9,4 +9,7 @@ namespace velmora {
 /// VELMORA_HOME, else the executable's folder when it holds ParamDB.txt, else the user's data folder.
 QString programFolder(const QString& chosen);
 
+/// Whether the user has chosen the program folder, by `chosen` or the variable VELMORA_HOME.
+bool isChosen(const QString& chosen);
+
 } // namespace velmora
