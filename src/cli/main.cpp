@@ -1,6 +1,7 @@
 // velmora-cli: the batch jobs of the desktop program from a terminal or a scheduler.
 #include "cli/command.h"
 #include "cli/terminal_prompts.h"
+#include "files/file_error.h"
 #include "startup/MMain.h"
 #include "startup/first_start.h"
 #include "startup/program_folder.h"
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
 using namespace velmora;
 
 namespace {
@@ -63,6 +65,9 @@ int main(int argc, char** argv)
         return chosen->run(mainModule);
     } catch (const DatabaseError& error) {
         mainModule.prompts.show(error.description(), error.statement());
+        return EndedWithMessage;
+    } catch (const FileError& error) {
+        mainModule.prompts.show(error.path() + ": "_L1 + error.description(), {});
         return EndedWithMessage;
     }
 }

@@ -157,8 +157,6 @@ void BatchWindow::closeWindow()
 void BatchWindow::setRunning(bool running)
 {
     m_running = running;
-    for (QWidget* input : m_inputs)
-        input->setEnabled(!running);
     m_cancel->setText(running ? m_stopCaption : m_closeCaption);
     // A Return that is pressed too long must not stop the run that it has started.
     m_cancel->setAutoDefault(!running);
@@ -174,12 +172,20 @@ void BatchWindow::setRunning(bool running)
 
 void BatchWindow::enableStart()
 {
-    m_start->setEnabled(canStart() && !m_running && !m_main.batch.running());
+    // Nor can the inputs of other windows be used: what they show or ask would keep a run waiting in the
+    // middle of its transaction.
+    const bool free = !m_running && !m_main.batch.running();
+    for (QWidget* input : m_inputs)
+        input->setEnabled(free);
+    m_start->setEnabled(canStart() && free);
 }
 
 void BatchWindow::showProgress(qsizetype done, qsizetype total)
 {
-    m_progress->show();
+    // A bar of nothing would look as if it were still at work.
+    m_progress->setVisible(total > 0);
+    if (total == 0)
+        return;
     m_progress->setRange(0, static_cast<int>(total));
     m_progress->setValue(static_cast<int>(done));
 }

@@ -70,7 +70,7 @@ bool exportToCsv(MMain& main, const PhoneBookRequest& request, const RunReport& 
     if (QFileInfo::exists(path) &&
         !main.prompts.askYesNo(main.messageLine(u"M32"_s, path), main.textOr(u"FPBEXP"_s, u"Velmora"_s))) {
         main.showMessage(u"M33"_s, u"0"_s);
-        return true;
+        return false;
     }
     const auto rows = bookOf(main, main.currentPhone().company, report);
     if (!rows)

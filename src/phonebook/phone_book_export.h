@@ -16,8 +16,8 @@ QByteArray semicolonSeparated(const QList<QStringList>& rows);
 
 /// Writes all rows and columns of the company's phone book into "Phone_Book.csv" in the folder, and asks
 /// before it replaces one (M32). The number of rows is shown and is a line (M33), 0 when the user declined.
-/// The main module's stop flag ends the run; nothing is written then. False after a message (M7, M8) or a
-/// stop. Throws DatabaseError and FileError.
+/// The main module's stop flag ends the run; nothing is written then. False when nothing was written. Throws
+/// DatabaseError and FileError.
 bool exportToCsv(MMain& main, const PhoneBookRequest& request, const RunReport& report);
 
 /// The same into a new workbook with column headings, whose path is returned; an older workbook is never

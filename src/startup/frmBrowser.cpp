@@ -1,10 +1,12 @@
 #include "startup/frmBrowser.h"
 
+#include "files/ansi.h"
 #include "startup/MMain.h"
 #include "startup/captions.h"
 
 #include <QDesktopServices>
 #include <QFile>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -35,6 +37,16 @@ public:
             return {};
         return file.readAll();
     }
+
+protected:
+    /// Leaves the keys of the history, which it would use for one of its own, to the window.
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->matches(QKeySequence::Back) || event->matches(QKeySequence::Forward))
+            event->ignore();
+        else
+            QTextBrowser::keyPressEvent(event);
+    }
 };
 
 } // namespace
@@ -58,6 +70,7 @@ frmBrowser::frmBrowser(MMain& main)
     m_addresses->setObjectName(u"cboAddress"_s);
     m_addresses->setEditable(true);
     m_addresses->setInsertPolicy(QComboBox::NoInsert);
+    m_addresses->setCompleter(nullptr); // it would put a listed address in place of the one that is typed
     m_addresses->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     m_page->setObjectName(u"brwWebBrowser"_s);
     m_page->setOpenLinks(false);
@@ -70,7 +83,7 @@ frmBrowser::frmBrowser(MMain& main)
     m_timer.setInterval(captionInterval);
     connect(&m_timer, &QTimer::timeout, this, &frmBrowser::showCaption);
     connect(m_page, &QTextBrowser::anchorClicked, this,
-            [this](const QUrl& link) { go(m_current.resolved(link)); });
+            [this](const QUrl& link) { go(m_shown.resolved(link)); });
     connect(m_addresses, &QComboBox::activated, this, [this] { navigate(m_addresses->currentText()); });
     connect(m_addresses->lineEdit(), &QLineEdit::returnPressed, this,
             [this] { navigate(m_addresses->currentText()); });
@@ -108,6 +121,13 @@ QToolButton* frmBrowser::button(const QString& name, const QString& text, Qt::Ar
 
 void frmBrowser::navigate(const QString& address)
 {
+    // A file's name is taken as it stands, whatever would have a meaning in an address.
+    constexpr auto file = "file://"_L1;
+    const QString path = address.startsWith(file) ? address.sliced(file.size()) : QString();
+    if (QFileInfo(path).isAbsolute() && QFile::exists(path)) {
+        go(QUrl::fromLocalFile(path));
+        return;
+    }
     const QUrl url = QUrl::fromUserInput(address, m_main.programFolder);
     if (url.isValid())
         go(url);
@@ -117,8 +137,10 @@ void frmBrowser::navigate(const QString& address)
 
 void frmBrowser::go(const QUrl& address)
 {
-    if (!m_current.isEmpty() && address != m_current)
-        m_before << m_current;
+    if (m_reply && address == m_current)
+        return; // on its way
+    if (!m_shown.isEmpty() && address != m_shown)
+        m_before << m_shown;
     m_after.clear();
     load(address);
 }
@@ -127,7 +149,8 @@ void frmBrowser::goBack()
 {
     if (m_before.isEmpty())
         return;
-    m_after << m_current;
+    if (!m_shown.isEmpty())
+        m_after << m_shown;
     load(m_before.takeLast());
 }
 
@@ -135,7 +158,8 @@ void frmBrowser::goForward()
 {
     if (m_after.isEmpty())
         return;
-    m_before << m_current;
+    if (!m_shown.isEmpty())
+        m_before << m_shown;
     load(m_after.takeLast());
 }
 
@@ -143,9 +167,10 @@ void frmBrowser::load(const QUrl& address)
 {
     if (m_reply)
         std::exchange(m_reply, nullptr)->abort();
-    const bool samePage = address.hasFragment() && address.matches(m_current, QUrl::RemoveFragment);
+    const bool samePage = address.hasFragment() && address.matches(m_shown, QUrl::RemoveFragment);
     m_current = address;
     if (samePage) {
+        m_shown = address;
         m_page->scrollToAnchor(address.fragment());
         arrived(address);
         return;
@@ -153,9 +178,11 @@ void frmBrowser::load(const QUrl& address)
     m_timer.start();
     QNetworkReply* reply = m_network.get(QNetworkRequest(address));
     m_reply = reply;
-    connect(reply, &QNetworkReply::downloadProgress, this, [reply](qint64 received) {
-        if (received > largestPage)
-            reply->abort();
+    connect(reply, &QNetworkReply::downloadProgress, this, [this, reply](qint64 received) {
+        if (reply == m_reply && received > largestPage) {
+            std::exchange(m_reply, nullptr)->abort();
+            showErrorPage(m_current, u"> %1 MB"_s.arg(largestPage >> 20));
+        }
     });
     connect(reply, &QNetworkReply::finished, this, [this, reply] {
         reply->deleteLater();
@@ -180,11 +207,12 @@ void frmBrowser::loaded(QNetworkReply& reply)
 
 void frmBrowser::showPage(const QUrl& address, const QByteArray& content, bool html)
 {
+    m_shown = address;
     m_page->document()->setBaseUrl(address);
     if (html)
-        m_page->setHtml(QString::fromUtf8(content));
+        m_page->setHtml(decodeText(content));
     else
-        m_page->setPlainText(QString::fromUtf8(content));
+        m_page->setPlainText(decodeText(content));
     const QString title = m_page->documentTitle();
     m_caption = title.isEmpty() ? address.fileName() : title;
     if (address.hasFragment())
@@ -194,6 +222,7 @@ void frmBrowser::showPage(const QUrl& address, const QByteArray& content, bool h
 
 void frmBrowser::showErrorPage(const QUrl& address, const QString& reason)
 {
+    m_shown = QUrl();
     m_page->setHtml("<h2>%1</h2><p>%2</p><p>%3</p>"_L1.arg(
         m_errorText, address.toDisplayString().toHtmlEscaped(), reason.toHtmlEscaped()));
     m_caption = m_errorText;

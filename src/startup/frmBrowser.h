@@ -54,7 +54,9 @@ private:
     QTimer m_timer;
     QNetworkAccessManager m_network;
     QPointer<QNetworkReply> m_reply;
+    /// What was asked for last, and what is shown: nothing while that is an error page.
     QUrl m_current;
+    QUrl m_shown;
     QList<QUrl> m_before;
     QList<QUrl> m_after;
     QString m_caption;

@@ -24,6 +24,10 @@ private Q_SLOTS:
     void generatesWhatIsRemembered();
     void restartsPhones();
     void keepsPhoneBooks();
+    void treatsRanges_data();
+    void treatsRanges();
+    void endsWithAMessageWhenAFileFails_data();
+    void endsWithAMessageWhenAFileFails();
     void undoesAKilledImport();
     void obeysMenuRights();
 
@@ -196,7 +200,9 @@ void tst_cli::keepsPhoneBooks()
     const QStringList exporting = QStringList{u"phonebook"_s, u"export"_s} + luna;
     QCOMPARE(run(exporting).status, 0);
     QVERIFY(readWholeFile(folder + "/Phone_Book.csv"_L1).contains("\r\nLUNA;999;New One ;V;;;;\r\n"));
-    QCOMPARE(run(exporting).err, u"0 entries exported\n"_s); // nobody is there to say yes
+    const Result declined = run(exporting); // nobody is there to say yes
+    QCOMPARE(declined.err, u"0 entries exported\n"_s);
+    QCOMPARE(declined.status, 1);
     QVERIFY(run(QStringList{u"--yes"_s} + exporting).out.endsWith(" entries exported\n"_L1));
     QCOMPARE(run(exporting + QStringList{u"--xlsx"_s}).status, 0);
     QVERIFY(QFile::exists(folder + "/Phone_Book.xlsx"_L1));
@@ -204,6 +210,52 @@ void tst_cli::keepsPhoneBooks()
         run(QStringList{u"phonebook"_s, u"generate"_s} + luna + QStringList{u"--equipment"_s, u"PAP2"_s});
     QCOMPARE(other.err, u"This is not possible for the model PAP2.\n"_s);
     QCOMPARE(other.status, 1);
+}
+
+void tst_cli::treatsRanges_data()
+{
+    columns<QString, QString, QString, bool, int, QString>("kind", "from", "to", "yes", "status", "end");
+    row("add", "add", "901", "903", true, 0, "   Added to the range\n");
+    row("again", "add", "901", "903", true, 0, "   Not added: used by a phone or already in the range\n");
+    row("delete", "delete", "901", "903", true, 0, "   Removed from the range\n");
+    row("nobody to say yes", "add", "901", "903", false, 1, "");
+    row("no digits", "add", "12a", "123", true, 2, "");
+}
+
+void tst_cli::treatsRanges()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, from);
+    QFETCH(QString, to);
+    QFETCH(bool, yes);
+    QFETCH(QString, end);
+    QStringList arguments = {u"ranges"_s, kind, u"--company"_s, u"LUNA"_s, u"--from"_s, from, u"--to"_s, to};
+    if (yes)
+        arguments << u"--yes"_s;
+    const Result result = run(arguments);
+    QTEST(result.status, "status");
+    QVERIFY2(end.isEmpty() ? result.out.isEmpty() : result.out.endsWith(end), qPrintable(result.out));
+}
+
+void tst_cli::endsWithAMessageWhenAFileFails_data()
+{
+    columns<QStringList, QString>("arguments", "taken");
+    row("generate", QStringList({u"generate"_s, u"--equipment"_s, u"GXP2000"_s}), "gs_phonebook.xml");
+    row("export", QStringList({u"export"_s, u"--yes"_s}), "Phone_Book.csv");
+    row("workbook", QStringList({u"export"_s, u"--xlsx"_s}), "Phone_Book.xlsx.part");
+}
+
+void tst_cli::endsWithAMessageWhenAFileFails()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, taken);
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir(taken));
+    const Result result = run(QStringList(u"phonebook"_s) + arguments +
+                              QStringList({u"--company"_s, u"LUNA"_s, u"--folder"_s, folder.path()}));
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.err.contains(folder.path()), qPrintable(result.err));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList());
 }
 
 void tst_cli::undoesAKilledImport()
@@ -245,6 +297,9 @@ void tst_cli::obeysMenuRights()
     QCOMPARE(refused.err, u"User %1 has no right to this\n"_s.arg(user));
     QCOMPARE(run({u"list"_s, u"companies"_s}).status, 0);
     QCOMPARE(run({u"reboot"_s, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"PAP2"_s}).err, refused.err);
+    QCOMPARE(
+        run({u"ranges"_s, u"add"_s, u"--company"_s, u"LUNA"_s, u"--from"_s, u"1"_s, u"--to"_s, u"2"_s}).err,
+        refused.err);
     for (const QString& kind : {u"generate"_s, u"import"_s})
         QCOMPARE(run({u"phonebook"_s, kind, u"--company"_s, u"LUNA"_s, u"--equipment"_s, u"GXP2000"_s}).err,
                  refused.err);

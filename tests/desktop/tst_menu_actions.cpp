@@ -9,8 +9,8 @@
 #include "support/rows.h"
 
 #include <QAction>
-#include <QMenu>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QTest>
 
 using namespace Qt::StringLiterals;

@@ -317,7 +317,7 @@ void tst_phonebook::exportsToCsv()
     QCOMPARE(m_database->user.shown, QStringList(u"M33: 2"_s));
 
     m_database->run(u"DELETE FROM PHONE_BOOK"_s);
-    QVERIFY(exportToCsv(m_database->main, request({}), report()));
+    QVERIFY(!exportToCsv(m_database->main, request({}), report()));
     QCOMPARE(m_database->user.questions,
              QStringList("M32: "_L1 + m_database->folder() + "/Phone_Book.csv"_L1));
     QCOMPARE(m_database->user.shown.last(), u"M33: 0"_s);
@@ -361,10 +361,15 @@ void tst_phonebook::refusesUnwritableFolders()
 {
     const QString folder = m_database->folder() + "/sub"_L1;
     QDir().mkdir(folder);
-    QDir().mkdir(folder + "/gs_phonebook.xml"_L1);
+    for (const QString& taken : {u"/gs_phonebook.xml"_s, u"/Phone_Book.csv"_s, u"/x.xlsx"_s})
+        QDir().mkdir(folder + taken);
+    m_database->user.yesNoAnswer = true;
     QVERIFY_THROWS_EXCEPTION(FileError,
                              generatePhoneBook(m_database->main, {u"C1"_s, u"GXP2000"_s, folder}, report()));
+    QVERIFY_THROWS_EXCEPTION(FileError, exportToCsv(m_database->main, {u"C1"_s, {}, folder}, report()));
     QVERIFY_THROWS_EXCEPTION(FileError, writeWorkbook(folder + "/none/x.xlsx"_L1, {u"a"_s}, {}));
+    QVERIFY_THROWS_EXCEPTION(FileError, writeWorkbook(folder + "/x.xlsx"_L1, {u"a"_s}, {}));
+    QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_phonebook)

@@ -92,6 +92,17 @@ void tst_phonebook_windows::generates()
     QVERIFY(QFile::exists(m_database->folder() + "/gs_phonebook.xml"_L1));
     QCOMPARE(lastLine(), u"201 - One"_s);
     QCOMPARE(control<QProgressBar>(u"Progress"_s)->text(), u"1 / 1"_s);
+
+    // Nothing to do is not endless work; another run keeps this window's inputs from asking anything.
+    m_database->run(u"DELETE FROM PHONE_BOOK"_s);
+    control<QPushButton>(u"Ok"_s)->click();
+    QVERIFY(!control<QProgressBar>(u"Progress"_s)->isVisible());
+    {
+        const Batch::Run other(m_database->main.batch);
+        QVERIFY(!control<QComboBox>(u"Filter_1"_s)->isEnabled());
+        QVERIFY(!control<QPushButton>(u"BtPath"_s)->isEnabled());
+    }
+    QVERIFY(control<QPushButton>(u"BtPath"_s)->isEnabled());
 }
 
 void tst_phonebook_windows::imports()

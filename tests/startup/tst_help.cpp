@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -31,6 +32,8 @@ private Q_SLOTS:
     void showsErrorPages_data();
     void showsErrorPages();
     void saysThatAPageIsLoading();
+    void opensTheManualOfAnyFolder_data();
+    void opensTheManualOfAnyFolder();
 
 private:
     QString write(const QString& name, const QByteArray& content) const
@@ -113,15 +116,19 @@ void tst_help::browses()
         answering("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<title>Far</title><p>far page"));
     const QString first = write(
         u"one.htm"_s, "<title>First</title><p>first page <a href='two.htm#end'>on</a><p><a name='end'>x</a>");
-    const QString second = write(u"two.htm"_s, "<p>second page");
+    const QString second =
+        write(u"two.htm"_s, "<p>second page" + QByteArray("<p>x").repeated(200) + "<p><a name='end'>end</a>");
     frmBrowser browser(m_database->main);
     auto* addresses = browser.findChild<QComboBox*>(u"cboAddress"_s);
     browser.show();
     browser.navigate(first);
     QTRY_VERIFY(page(browser).startsWith("first page"_L1));
     QCOMPARE(browser.windowTitle(), u"First"_s);
-    Q_EMIT browser.findChild<QTextBrowser*>()->anchorClicked(QUrl(u"two.htm#end"_s));
+    auto* text = browser.findChild<QTextBrowser*>();
+    QTest::keyClick(text, Qt::Key_Tab);
+    QTest::keyClick(text, Qt::Key_Return);
     QTRY_VERIFY(page(browser).startsWith("second page"_L1));
+    QTRY_VERIFY(text->verticalScrollBar()->value() > 0);
     addresses->lineEdit()->setText(u"http://127.0.0.1:%1/x"_s.arg(server.port()));
     QTest::keyClick(addresses->lineEdit(), Qt::Key_Return);
     QTRY_COMPARE(page(browser), u"far page"_s);
@@ -130,7 +137,7 @@ void tst_help::browses()
 
     browser.findChild<QToolButton*>(u"Back"_s)->click();
     QTRY_VERIFY(page(browser).startsWith("second page"_L1));
-    browser.findChild<QToolButton*>(u"Back"_s)->click();
+    QTest::keyClick(text, Qt::Key_Left, Qt::AltModifier);
     QTRY_VERIFY(page(browser).startsWith("first page"_L1));
     QVERIFY(!browser.findChild<QToolButton*>(u"Back"_s)->isEnabled());
     browser.findChild<QToolButton*>(u"Forward"_s)->click();
@@ -168,6 +175,37 @@ void tst_help::saysThatAPageIsLoading()
     browser.navigate(write(u"one.htm"_s, "<title>One</title>one"));
     QTRY_COMPARE(browser.windowTitle(), u"One"_s);
     QCOMPARE(page(browser), u"one"_s);
+
+    // A link of the page that is still shown leads on from there.
+    write(u"two.htm"_s, "two");
+    browser.navigate(u"http://127.0.0.1:%1/"_s.arg(silent.port()));
+    Q_EMIT browser.findChild<QTextBrowser*>()->anchorClicked(QUrl(u"two.htm"_s));
+    QTRY_COMPARE(page(browser), u"two"_s);
+
+    // An address that failed once is fetched again.
+    const QString later = "file://"_L1 + m_database->folder() + "/later.htm#x"_L1;
+    browser.navigate(later);
+    QTRY_VERIFY(page(browser).startsWith("This page can't be shown"_L1));
+    write(u"later.htm"_s, "later");
+    browser.navigate(later);
+    QTRY_COMPARE(page(browser), u"later"_s);
+}
+
+void tst_help::opensTheManualOfAnyFolder_data()
+{
+    columns<QString>("name");
+    for (const QString& name : {u"plain"_s, u"a#b"_s, u"a?b"_s, u"100%25"_s, u"\u00e9 x"_s})
+        row(qPrintable(name), name);
+}
+
+void tst_help::opensTheManualOfAnyFolder()
+{
+    QFETCH(QString, name);
+    QVERIFY(QDir(m_database->folder()).mkdir(name));
+    write(name + "/manual.htm"_L1, "Caf\xe9"); // Windows-1252 is read as well
+    frmBrowser browser(m_database->main);
+    browser.navigate(manualAddress(m_database->folder() + u'/' + name));
+    QTRY_COMPARE(page(browser), u"Caf\u00e9"_s);
 }
 
 QTEST_MAIN(tst_help)
