@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <filesystem>
 
 using namespace Qt::StringLiterals;
@@ -63,6 +64,29 @@ void fill(const QString& folder, const QString& share)
         moveUnlessThere(copies.filePath(name), pathIn(folder, name));
 }
 
+bool sameContent(const QString& one, const QString& other)
+{
+    return QFile::exists(other) && readWholeFile(one) == readWholeFile(other);
+}
+
+/// Replaces the manual by that of the installed program. It is the program's, not the user's; an older one
+/// that can't be replaced is no reason not to start.
+void renewManual(const QString& folder, const QString& share)
+{
+    try {
+        QStringList pages = {u"manual.htm"_s};
+        for (const QString& page : QDir(pathIn(share, u"manual"_s)).entryList({u"*.htm"_s}))
+            pages << "manual/"_L1 + page;
+        const bool current = std::all_of(pages.begin(), pages.end(), [&](const QString& page) {
+            return sameContent(pathIn(share, page), pathIn(folder, page));
+        });
+        for (const QString& name : {u"manual"_s, u"manual.htm"_s})
+            if (!current && QFile::exists(pathIn(share, name)))
+                copy(pathIn(share, name), pathIn(folder, name));
+    } catch (const FileError&) {
+    }
+}
+
 } // namespace
 
 QString installedShare()
@@ -76,8 +100,12 @@ bool fillProgramFolder(const MMain& main, const QString& chosen, const QString& 
         return QFile::exists(pathIn(folder, u"ParamDB.txt"_s));
     };
     // Where nothing is installed, the start-up tells what it misses.
-    if (isChosen(chosen) || holdsParamDB(main.programFolder) || !holdsParamDB(share))
+    if (isChosen(chosen) || !holdsParamDB(share))
         return true;
+    if (holdsParamDB(main.programFolder)) {
+        renewManual(main.programFolder, share);
+        return true;
+    }
     try {
         fill(main.programFolder, share);
         return true;

@@ -79,8 +79,13 @@ void tst_first_start::fills_data()
         Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=user"_s, u"velmora/manual.htm=share"_s,
               u"velmora/manual/own.htm=user"_s},
         "");
-    row("filled before", all, Files{u"velmora/ParamDB.txt"_s}, "", "", Files{u"velmora/ParamDB.txt=user"_s},
+    row("filled before: only the manual is renewed", all,
+        Files{u"velmora/ParamDB.txt"_s, u"velmora/manual.htm"_s}, "", "",
+        Files{u"velmora/ParamDB.txt=user"_s, u"velmora/manual.htm=share"_s,
+              u"velmora/manual/fr/a.htm=share"_s},
         "");
+    row("filled before, without a manual to renew", least, Files{u"velmora/ParamDB.txt"_s}, "", "",
+        Files{u"velmora/ParamDB.txt=user"_s}, "");
     row("chosen by option", all, Files{u"chosen/x"_s}, "chosen", "", Files{u"chosen/x=user"_s}, "");
     row("chosen by variable", all, Files{u"chosen/x"_s}, "", "chosen", Files{u"chosen/x=user"_s}, "");
     row("the user's folder, chosen", all, Files(), "velmora", "", Files(), "");
