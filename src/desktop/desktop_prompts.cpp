@@ -28,6 +28,7 @@ bool askYesNo(const QString& question, const QString& title)
     QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No); // every question is about something that would be lost or replaced
     return box.exec() == QMessageBox::Yes;
 }
 
