@@ -9,11 +9,9 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QListView>
 #include <QLocale>
 #include <QMdiSubWindow>
 #include <QShortcut>
-#include <QStringListModel>
 
 #include <algorithm>
 
@@ -25,7 +23,6 @@ namespace {
 
 /// How many columns can be sorted by from the keyboard: Ctrl+1 to Ctrl+9.
 constexpr int sortKeys = 9;
-constexpr int labelGap = 8;
 /// The widest that a filter grows, in twips.
 constexpr int filterWidth = 6000;
 
@@ -55,6 +52,7 @@ FParameters::FParameters(MMain& main, QWidget* parent)
       m_strip(new QTabBar(this)),
       m_pane(new QWidget(this)),
       m_list(new RecordView(main, m_pane)),
+      m_filters(new FilterPanel(main.textOr(u"ALL"_s, u"All"_s), m_pane)),
       m_panel(new RecordPanel(this)),
       m_ok(new QPushButton(this)),
       m_cancel(new QPushButton(u"Cancel"_s, this)),
@@ -127,7 +125,6 @@ void FParameters::translate()
         action->setText(
             m_main.textOr("FPARAMETERS_"_L1 + action->objectName().toUpper(), action->objectName()));
     m_record->setTitle(m_main.textOr(u"FPARAMETERS_MNURECORD"_s, u"Record"_s));
-    m_allText = m_main.textOr(u"ALL"_s, u"All"_s);
     const QString kept = u"$$"_s;
     m_countText = m_main.messageLine(u"M209"_s, kept);
     m_loadingText = m_main.messageLine(u"M210"_s, kept);
@@ -169,6 +166,7 @@ void FParameters::connectControls()
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { enableControls(); });
     connect(m_panel, &RecordPanel::changed, this, [this] { enableControls(); });
+    connect(m_filters, &FilterPanel::chosen, this, guarded([this] { RempList(); }));
     connect(m_ok, &QPushButton::clicked, this, guarded([this] { write(); }));
     connect(m_cancel, &QPushButton::clicked, this, &FParameters::closePanel);
     connect(&m_main.batch, &Batch::runningChanged, this, [this] {
@@ -231,16 +229,14 @@ void FParameters::FormList(const QStringList& chosen)
 {
     // Everything that can fail, before anything changes.
     const TableDescription table = describeTable(m_main, m_table.name);
-    QList<QStringList> entries;
+    QList<QStringList> values;
     for (const QString& key : table.keys)
-        entries << QStringList(m_allText) + distinctValues(m_main, table.name, key);
+        values << distinctValues(m_main, table.name, key);
 
     m_table = table;
     m_list->setTable(m_table);
-    createFilters(entries);
-    for (qsizetype key = 0; key < std::min(m_filters.size(), chosen.size()); ++key)
-        if (const int entry = m_filters[key]->findText(chosen[key]); entry > 0)
-            m_filters[key]->setCurrentIndex(entry);
+    clearFilters();
+    m_filters->show(m_table, values, chosen);
     RempList();
     arrange();
     enableControls();
@@ -248,81 +244,16 @@ void FParameters::FormList(const QStringList& chosen)
 
 void FParameters::clearFilters()
 {
-    for (const QComboBox* filter : m_filters)
-        if (filter->hasFocus())
-            m_list->setFocus();
-    for (QWidget* control : m_pane->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        if (control != m_list) {
-            control->hide();
-            control->setObjectName(QString());
-            control->deleteLater(); // it may be the one whose signal led here
-        }
-    m_filterLabels.clear();
-    m_filters.clear();
-}
-
-/// `entries` are those of one filter per key column.
-void FParameters::createFilters(const QList<QStringList>& entries)
-{
-    clearFilters();
-    for (const QString& key : m_table.keys) {
-        const auto column = std::find_if(m_table.columns.begin(), m_table.columns.end(),
-                                         [&key](const TableColumn& one) { return one.name == key; });
-        const qsizetype place = m_filters.size();
-        const QString number = u"_%1"_s.arg(place + 1);
-        auto* label = new QLabel(column->caption, m_pane);
-        label->setObjectName("FLab"_L1 + number);
-        label->setTextFormat(Qt::PlainText);
-        auto* filter = new QComboBox(m_pane);
-        filter->setObjectName("Filter"_L1 + number);
-        filter->setAccessibleName(column->caption);
-        filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        filter->setFocusPolicy(Qt::StrongFocus);
-        filter->installEventFilter(this);
-        // A column may have a hundred thousand values.
-        auto* list = new QListView;
-        list->setUniformItemSizes(true);
-        filter->setView(list);
-        filter->setModel(new QStringListModel(entries[place], filter));
-        label->show();
-        filter->show();
-        m_filterLabels << label;
-        m_filters << filter;
-        connect(filter, &QComboBox::activated, this,
-                [this] { reportFailures(m_main, [this] { RempList(); }); });
-    }
+    // The focus would go with them.
+    if (m_filters->isAncestorOf(focusWidget()))
+        m_list->setFocus();
+    m_filters->clear();
 }
 
 void FParameters::RempList()
 {
-    if (m_access == Access::False)
-        return;
-    QList<KeyFilter> filters;
-    for (qsizetype key = 0; key < m_filters.size(); ++key)
-        filters << KeyFilter{m_table.keys[key], m_filters[key]->currentIndex(),
-                             m_filters[key]->currentText()};
-    m_list->load(listStatement(m_table, filters, m_access));
-}
-
-/// Adds the key of a new record to the entries of the filters, and gives up those that would hide it.
-void FParameters::showInFilters(const QStringList& values)
-{
-    for (qsizetype column = 0; column < values.size(); ++column) {
-        const qsizetype key = m_table.keys.indexOf(m_table.columns[column].name);
-        if (key < 0)
-            continue;
-        QComboBox* filter = m_filters[key];
-        if (filter->currentIndex() != 0 && filter->currentText() != values[column])
-            filter->setCurrentIndex(0);
-        auto* entries = static_cast<QStringListModel*>(filter->model());
-        const QStringList texts = entries->stringList();
-        const auto place = std::lower_bound(texts.begin() + 1, texts.end(), values[column]);
-        if (place != texts.end() && *place == values[column])
-            continue;
-        const int row = static_cast<int>(place - texts.begin());
-        entries->insertRows(row, 1);
-        entries->setData(entries->index(row), values[column]);
-    }
+    if (m_access != Access::False)
+        m_list->load(listStatement(m_table, m_filters->filters(), m_access));
 }
 
 void FParameters::edit(RecordMode mode)
@@ -377,7 +308,7 @@ void FParameters::finishWriting(RecordMode mode, const QStringList& values, bool
     const int row = m_editedRow.row();
     closePanel();
     if (mode == RecordMode::Insert)
-        showInFilters(values);
+        m_filters->offer(values);
     if (mode == RecordMode::Insert || reload) {
         RempList();
         m_list->selectRecord(values);
@@ -442,10 +373,7 @@ void FParameters::refresh()
         chooseTab();
         return;
     }
-    QStringList chosen;
-    for (const QComboBox* filter : m_filters)
-        chosen << (filter->currentIndex() == 0 ? QString() : filter->currentText());
-    FormList(chosen);
+    FormList(m_filters->chosenTexts());
 }
 
 void FParameters::goToTab(int tab)
@@ -466,8 +394,8 @@ bool FParameters::stopLoading()
 
 bool FParameters::eventFilter(QObject* watched, QEvent* event)
 {
-    // Turning the wheel over them must not choose another table or filter by accident.
-    if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(watched)->hasFocus())
+    // Turning the wheel over the tabs must not choose another table by accident.
+    if (event->type() == QEvent::Wheel)
         return true;
     return QWidget::eventFilter(watched, event);
 }
@@ -500,7 +428,7 @@ void FParameters::arrange()
         .row = m_rowHeight,
         .ok = button,
         .cancel = button,
-        .filters = static_cast<int>(m_filters.size()),
+        .filters = m_filters->count(),
         .fields = editing() ? static_cast<int>(m_form->fields().size()) : 0,
     });
 
@@ -508,16 +436,8 @@ void FParameters::arrange()
     m_strip->setGeometry(at.strip.left(), at.strip.top(), at.strip.width(), m_strip->sizeHint().height());
     m_pane->setGeometry(at.frame);
     m_list->setGeometry(at.list.translated(-at.frame.topLeft()));
-    int labelWidth = 0;
-    for (const QLabel* label : m_filterLabels)
-        labelWidth = std::max(labelWidth, label->sizeHint().width());
-    const int left = labelWidth + labelGap;
-    const int width = std::min(fromTwips(filterWidth, logicalDpiX()), at.frame.width() - left);
-    for (qsizetype filter = 0; filter < m_filters.size(); ++filter) {
-        const int top = at.filters[filter].top() - at.frame.top();
-        m_filterLabels[filter]->setGeometry(0, top, labelWidth, m_rowHeight);
-        m_filters[filter]->setGeometry(left, top, width, m_rowHeight);
-    }
+    m_filters->setGeometry(0, 0, at.frame.width(), m_filters->count() * at.fieldStep);
+    m_filters->setRowHeights(at.fieldStep, m_rowHeight, fromTwips(filterWidth, logicalDpiX()));
     m_panel->setGeometry(at.panel);
     m_panel->setRowHeights(at.fieldStep, m_rowHeight);
     m_ok->setGeometry(at.ok);
@@ -554,8 +474,7 @@ void FParameters::enableControls()
     m_edit->setEnabled(free && onRecord);
     m_delete->setEnabled(free && onRecord);
     m_strip->setEnabled(!editing());
-    for (QComboBox* filter : m_filters)
-        filter->setEnabled(!editing());
+    m_filters->setEnabled(!editing());
     m_list->setEnabled(!editing() || m_form->mode() == RecordMode::Insert);
     // A batch may be in the middle of a transaction, which the record must not become part of.
     m_ok->setEnabled(editing() && m_form->complete() && !m_main.batch.running());

@@ -1,6 +1,7 @@
 // The table editor.
 #pragma once
 
+#include "editor/FilterPanel.h"
 #include "editor/RecordPanel.h"
 #include "editor/RecordView.h"
 #include "editor/editor_layout.h"
@@ -45,13 +46,11 @@ private:
     /// `chosen` are the texts of the filters, where they are to stay.
     void FormList(const QStringList& chosen = {});
     void clearFilters();
-    void createFilters(const QList<QStringList>& entries);
     void RempList();
 
     void edit(RecordMode mode);
     void write();
     void finishWriting(RecordMode mode, const QStringList& values, bool reload);
-    void showInFilters(const QStringList& values);
     void closePanel();
     bool editing() const { return m_form.has_value(); }
     /// Whether a table's records may be seen and changed.
@@ -78,10 +77,8 @@ private:
     QLabel* m_count;
     QTabBar* m_strip;
     QWidget* m_pane;
-    /// `FLab` and `Filter` 1 to the number of key columns at the places from 0 on.
-    QList<QLabel*> m_filterLabels;
-    QList<QComboBox*> m_filters;
     RecordView* m_list;
+    FilterPanel* m_filters;
     RecordPanel* m_panel;
     QPushButton* m_ok;
     QPushButton* m_cancel;
@@ -93,7 +90,6 @@ private:
     QString m_loadingText;
     QString m_stoppedText;
     QString m_discardQuestion;
-    QString m_allText;
 
     QList<TableTab> m_tabs;
     /// The table of the chosen tab; without columns while none could be opened.

@@ -57,8 +57,6 @@ EditorLayout layOutEditor(const EditorMeasures& m)
     at.strip = {space, stripTop, width - 2 * space, std::max(0, stripBottom - stripTop)};
 
     at.frame = {2 * space, frameTop, width - 4 * space, std::max(0, stripBottom - space - frameTop)};
-    for (int filter = 0; filter < m.filters; ++filter)
-        at.filters << QRect(at.frame.left(), frameTop + filter * at.fieldStep, at.frame.width(), m.row);
     const int listTop = frameTop + m.filters * at.fieldStep;
     at.list = {at.frame.left(), listTop, at.frame.width(), std::max(0, at.frame.bottom() + 1 - listTop)};
     return at;

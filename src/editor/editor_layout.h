@@ -1,7 +1,6 @@
 // Where the controls of the table editor stand.
 #pragma once
 
-#include <QList>
 #include <QRect>
 
 namespace velmora {
@@ -30,7 +29,6 @@ struct EditorLayout {
     QRect strip;
     /// `RCompany`: what the strip leaves for filters and list.
     QRect frame;
-    QList<QRect> filters;
     QRect list;
     /// What is visible of the fields; they scroll in it when it is too low for all of them.
     QRect panel;

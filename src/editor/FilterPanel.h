@@ -1,0 +1,55 @@
+// The filters of the record list: a drop-down for each key column.
+#pragma once
+
+#include "editor/record_list.h"
+
+#include <QComboBox>
+#include <QLabel>
+
+namespace velmora {
+
+/// Shows `FLab` and `Filter` 1 to the number of key columns. The first entry of each filter is "All".
+class FilterPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FilterPanel(const QString& allText, QWidget* parent = nullptr);
+
+    void clear();
+    /// Makes the filters of a table, for which `values` has the values of each key column. Of `chosen`, the
+    /// texts chosen before, those are chosen again that are still there.
+    void show(const TableDescription& table, const QList<QStringList>& values, const QStringList& chosen);
+    /// Adds the key of a new record, by its values in table order, to the entries, and gives up what would
+    /// hide it.
+    void offer(const QStringList& record);
+
+    int count() const { return static_cast<int>(m_rows.size()); }
+    /// What the list is to be filtered by.
+    QList<KeyFilter> filters() const;
+    /// The chosen texts; an empty one for "All".
+    QStringList chosenTexts() const;
+    /// From the top of one filter to that of the next, the height of a filter, and the greatest width of its
+    /// field.
+    void setRowHeights(int step, int height, int fieldWidth);
+
+Q_SIGNALS:
+    /// The user has chosen something.
+    void chosen();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    struct Row {
+        QLabel* label;
+        QComboBox* filter;
+    };
+
+    Row addRow(const QString& caption, const QStringList& values);
+
+    const QString m_allText;
+    TableDescription m_table;
+    QList<Row> m_rows;
+};
+
+} // namespace velmora
