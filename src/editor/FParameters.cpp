@@ -6,7 +6,6 @@
 #include "startup/failure_report.h"
 
 #include <QCloseEvent>
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLocale>

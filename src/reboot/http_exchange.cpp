@@ -79,7 +79,8 @@ bool HttpExchange::connectTo(const QString& host)
     m_host = host;
     m_budget.start();
     awaitClose();
-    if (m_socket.state() == QAbstractSocket::UnconnectedState)
+    // Stop may have come while the last connection was closing.
+    if (m_socket.state() == QAbstractSocket::UnconnectedState && !m_aborted)
         m_socket.connectToHost(host, m_port);
     while (m_socket.state() != QAbstractSocket::ConnectedState) {
         if (timedOut())
