@@ -1,6 +1,6 @@
 #include "factory/factory_data.h"
 
-#include "factory/separated_values.h"
+#include "files/separated_values.h"
 
 using namespace Qt::StringLiterals;
 

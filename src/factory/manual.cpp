@@ -1,7 +1,7 @@
 #include "factory/manual.h"
 
-#include "factory/separated_values.h"
 #include "files/file_error.h"
+#include "files/separated_values.h"
 #include "files/whole_file.h"
 
 #include <QDir>

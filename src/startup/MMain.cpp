@@ -31,7 +31,7 @@ QString MMain::GetMessage(const QString& code, const QString& substitution, bool
 {
     QString text = GetDescription(code);
     if (text.isEmpty())
-        text = builtInText(code);
+        text = builtInText(code, language);
     if (text.isEmpty()) {
         text = "Message Not Found : "_L1 + code + " Language : "_L1 + language;
         show = true;

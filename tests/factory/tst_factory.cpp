@@ -1,11 +1,10 @@
 // The data files and the factory database made from them.
 #include "database/connection.h"
 #include "factory/factory_data.h"
-#include "factory/separated_values.h"
 #include "files/ansi.h"
 #include "files/file_error.h"
+#include "files/separated_values.h"
 #include "files/whole_file.h"
-#include "startup/built_in_texts.h"
 #include "startup/menu.h"
 #include "support/rows.h"
 
@@ -132,13 +131,6 @@ void tst_factory::hasTheTextsOfEveryCodeThatTheSourceUses()
             used << matches.next().captured(1);
     }
     QVERIFY(used.size() > 25);
-    for (const QString& code : used)
-        if (code.startsWith("M2"_L1) && code.size() == 4)
-            QCOMPARE(
-                rows(
-                    "SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$DESC_EN' AND SY_SUBCODE = '"_L1 +
-                    code + u'\''),
-                QStringList(builtInText(code)));
     for (const QString& language : {u"EN"_s, u"FR"_s})
         QCOMPARE(QStringList((used - codes(language)).values()).join(u' '), QString());
 }

@@ -1,7 +1,7 @@
 // The manual: what its pages refer to, and that they leave nothing out.
 #include "factory/manual.h"
-#include "factory/separated_values.h"
 #include "files/file_error.h"
+#include "files/separated_values.h"
 #include "files/whole_file.h"
 #include "support/rows.h"
 

@@ -1,4 +1,4 @@
-#include "factory/separated_values.h"
+#include "files/separated_values.h"
 
 #include "files/file_error.h"
 #include "files/whole_file.h"
