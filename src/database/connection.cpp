@@ -114,6 +114,11 @@ QList<Column> Connection::columns(const QString& table)
     return m_engine->columns(*this, table);
 }
 
+QList<Reference> Connection::references()
+{
+    return m_engine->references(*this);
+}
+
 QString Connection::keepCopy(const QString& name)
 {
     return m_engine->keepCopy(*this, name);
@@ -166,9 +171,9 @@ void Connection::keep(const QString& statement, QSqlQuery query)
 
 void Connection::fail(const QString& statement, const QSqlError& error)
 {
-    const DatabaseError::Reason reason = m_engine->reason(error);
-    m_lost = m_lost || reason == DatabaseError::Reason::ConnectionLost;
-    throw DatabaseError(statement, wordsOf(error), reason);
+    const DatabaseError::Cause cause = m_engine->cause(error);
+    m_lost = m_lost || cause.reason == DatabaseError::Reason::ConnectionLost;
+    throw DatabaseError(statement, wordsOf(error), cause);
 }
 
 } // namespace velmora

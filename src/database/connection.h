@@ -50,6 +50,8 @@ public:
     QStringList tables();
     /// The columns of `table` in table order; none when there is no such table.
     QList<Column> columns(const QString& table);
+    /// The foreign keys of all permanent tables.
+    QList<Reference> references();
     /// Keeps a copy of the whole database beside it, `name` added to its file name, and returns where; an
     /// empty text for an engine whose databases are no files. REQUIRES: no transaction.
     QString keepCopy(const QString& name);

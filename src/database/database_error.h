@@ -13,17 +13,37 @@ public:
     /// Why the engine refused, as far as callers act on it.
     enum class Reason {
         DuplicateKey,
+        /// A reference: to a record that does not exist, or to one that was to be deleted.
+        ForeignKey,
+        TooLong,
+        Required,
+        /// Somebody else held the lock for too long.
+        Busy,
         /// The statements before it in the same transaction are undone as well.
         TransactionLost,
         ConnectionLost,
         Other,
     };
 
-    DatabaseError(QString statement, QString description, Reason reason = Reason::Other)
+    /// The reason, and what it is about as far as the engine tells: the table (of a reference, the one that
+    /// holds it) and the column, or the columns apart by ", ".
+    struct Cause {
+        // NOLINTNEXTLINE(google-explicit-constructor): a reason alone is a cause
+        Cause(Reason given = Reason::Other, QString ofTable = {}, QString ofColumn = {})
+            : reason(given), table(std::move(ofTable)), column(std::move(ofColumn))
+        {
+        }
+
+        Reason reason;
+        QString table;
+        QString column;
+    };
+
+    DatabaseError(QString statement, QString description, Cause cause = {})
         : std::runtime_error((description + QLatin1String("\n") + statement).toStdString()),
           m_statement(std::move(statement)),
           m_description(std::move(description)),
-          m_reason(reason)
+          m_cause(std::move(cause))
     {
     }
 
@@ -31,12 +51,13 @@ public:
     const QString& statement() const { return m_statement; }
     /// The engine's own words.
     const QString& description() const { return m_description; }
-    Reason reason() const { return m_reason; }
+    Reason reason() const { return m_cause.reason; }
+    const Cause& cause() const { return m_cause; }
 
 private:
     QString m_statement;
     QString m_description;
-    Reason m_reason;
+    Cause m_cause;
 };
 
 } // namespace velmora

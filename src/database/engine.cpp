@@ -1,11 +1,24 @@
 #include "database/engine.h"
 
 #include "database/mariadb_engine.h"
+#include "database/recordset.h"
 #include "database/sqlite_engine.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velmora {
+
+QList<Reference> Engine::gathered(Recordset rows)
+{
+    QList<Reference> references;
+    for (; !rows.eof(); rows.moveNext()) {
+        if (rows.text(1) == "0"_L1)
+            references << Reference{rows.text(0), {}, rows.text(3), {}};
+        references.last().columns << rows.text(2);
+        references.last().keys << rows.text(4);
+    }
+    return references;
+}
 
 std::unique_ptr<Engine> engineFor(const ConnectionString& string)
 {

@@ -14,6 +14,7 @@
 namespace velmora {
 
 class Connection;
+class Recordset;
 
 /// Whether a connection may write. An earlier database is only read, and must exist.
 enum class OpenMode { ReadWrite, ReadOnly };
@@ -27,6 +28,14 @@ struct Column {
     int keyPosition = 0;
     /// What the schema says about the column; empty where the engine keeps no such texts.
     QString description;
+};
+
+/// A foreign key: `columns` of `table` must be found in `keys` of `target`.
+struct Reference {
+    QString table;
+    QStringList columns;
+    QString target;
+    QStringList keys;
 };
 
 /// The differences between one engine and the others. Stateless.
@@ -51,14 +60,20 @@ public:
     /// The statement that begins a transaction which is going to write.
     virtual QString beginTransaction() const = 0;
     /// Why the engine refused a statement.
-    virtual DatabaseError::Reason reason(const QSqlError& error) const = 0;
+    virtual DatabaseError::Cause cause(const QSqlError& error) const = 0;
     /// The names of all permanent tables.
     virtual QStringList tables(Connection& connection) const = 0;
     /// The columns of `table` in table order; none when there is no such table.
     virtual QList<Column> columns(Connection& connection, const QString& table) const = 0;
+    /// The foreign keys of all permanent tables.
+    virtual QList<Reference> references(Connection& connection) const = 0;
     /// Makes the session refuse texts longer than declared and missing key values in the permanent tables,
     /// where the engine does not do so by itself.
     virtual void holdDeclaredTypes(Connection& connection) const = 0;
+
+protected:
+    /// The foreign keys from rows with table, place in the key from 0 on, column, target and its column.
+    static QList<Reference> gathered(Recordset rows);
 };
 
 /// The engine that `Provider` names. Throws DatabaseError when it is missing or unknown.

@@ -14,8 +14,14 @@ namespace velmora {
 namespace {
 
 /// https://mariadb.com/kb/en/mariadb-error-codes/
+constexpr int columnIsNull = 1048;
 constexpr int duplicateEntry = 1062;
+constexpr int lockWaitTimeout = 1205;
 constexpr int deadlock = 1213;
+constexpr int noDefault = 1364;
+constexpr int dataTooLong = 1406;
+constexpr int rowIsReferenced = 1451;
+constexpr int noReferencedRow = 1452;
 constexpr int connectionErrors[] = {
     1927,       // the connection was killed
     2002, 2003, // can't connect
@@ -23,6 +29,21 @@ constexpr int connectionErrors[] = {
     2013,       // lost during a query
     4031,       // closed by the server for being idle
 };
+
+/// What the words of a broken foreign key tell: "... (`base`.`table`, CONSTRAINT `name` FOREIGN KEY
+/// (`column`, `column`) REFERENCES ...".
+DatabaseError::Cause brokenReference(const QString& words)
+{
+    static const QRegularExpression reference(u"`\\.`(\\w+)`.* FOREIGN KEY \\(([^)]*)\\)"_s);
+    const QRegularExpressionMatch match = reference.match(words);
+    return {DatabaseError::Reason::ForeignKey, match.captured(1), match.captured(2).remove(u'`')};
+}
+
+/// What a broken rule of one column is about: the first name between quotes is the column's.
+DatabaseError::Cause brokenRule(DatabaseError::Reason reason, const QString& words)
+{
+    return {reason, {}, words.section(u'\'', 1, 1)};
+}
 
 /// In the words of this server: NVARCHAR would mean a character set of three bytes; a table's own follows its
 /// declaration; and each of several new columns has an ADD of its own.
@@ -93,13 +114,27 @@ QString MariaDbEngine::beginTransaction() const
     return u"START TRANSACTION"_s;
 }
 
-DatabaseError::Reason MariaDbEngine::reason(const QSqlError& error) const
+DatabaseError::Cause MariaDbEngine::cause(const QSqlError& error) const
 {
     const int code = error.nativeErrorCode().toInt();
-    if (code == duplicateEntry)
+    switch (code) {
+    case duplicateEntry:
         return DatabaseError::Reason::DuplicateKey;
-    if (code == deadlock)
+    case rowIsReferenced:
+    case noReferencedRow:
+        return brokenReference(error.databaseText());
+    case dataTooLong:
+        return brokenRule(DatabaseError::Reason::TooLong, error.databaseText());
+    case columnIsNull:
+    case noDefault:
+        return brokenRule(DatabaseError::Reason::Required, error.databaseText());
+    case lockWaitTimeout:
+        return DatabaseError::Reason::Busy;
+    case deadlock:
         return DatabaseError::Reason::TransactionLost;
+    default:
+        break;
+    }
     return std::find(std::begin(connectionErrors), std::end(connectionErrors), code) !=
                    std::end(connectionErrors)
                ? DatabaseError::Reason::ConnectionLost
@@ -132,6 +167,15 @@ QList<Column> MariaDbEngine::columns(Connection& connection, const QString& tabl
          !rows.eof(); rows.moveNext())
         columns << Column{rows.text(0), rows.text(1).toInt(), rows.text(2).toInt(), rows.text(3)};
     return columns;
+}
+
+QList<Reference> MariaDbEngine::references(Connection& connection) const
+{
+    return gathered(connection.select(
+        u"SELECT TABLE_NAME, ORDINAL_POSITION - 1, COLUMN_NAME, REFERENCED_TABLE_NAME, "
+        u"REFERENCED_COLUMN_NAME "
+        "FROM information_schema.KEY_COLUMN_USAGE WHERE TABLE_SCHEMA = DATABASE() AND "
+        "REFERENCED_TABLE_NAME IS NOT NULL ORDER BY TABLE_NAME, CONSTRAINT_NAME, ORDINAL_POSITION"_s));
 }
 
 void MariaDbEngine::holdDeclaredTypes(Connection&) const

@@ -16,9 +16,10 @@ public:
     void executePortable(Connection& connection, const QString& statement) const override;
     QString keepCopy(Connection& connection, const QString& name) const override;
     QString beginTransaction() const override;
-    DatabaseError::Reason reason(const QSqlError& error) const override;
+    DatabaseError::Cause cause(const QSqlError& error) const override;
     QStringList tables(Connection& connection) const override;
     QList<Column> columns(Connection& connection, const QString& table) const override;
+    QList<Reference> references(Connection& connection) const override;
     void holdDeclaredTypes(Connection& connection) const override;
 };
 

@@ -69,12 +69,30 @@ QString withOwnGuards(QString creation)
     return creation + " WITHOUT ROWID"_L1;
 }
 
-/// The result codes of a refused PRIMARY KEY or UNIQUE (https://www.sqlite.org/rescode.html).
+/// https://www.sqlite.org/rescode.html
+constexpr int busy = 5;
+constexpr int constraint = 19;
+constexpr int constraintForeignKey = 787;
 constexpr int constraintPrimaryKey = 1555;
 constexpr int constraintUnique = 2067;
 /// The primary result codes that may roll a transaction back: out of memory, input or output error, full
 /// disk.
 constexpr int fatalCodes[] = {7, 10, 13};
+
+/// What a broken rule of one column is about: the engine's words for a missing value, and those of the guards
+/// above.
+DatabaseError::Cause brokenRule(const QString& words)
+{
+    static const QRegularExpression missing(
+        u"^(?:NOT NULL constraint failed: )?(\\w+)\\.(\\w+)( is required)?$"_s);
+    static const QRegularExpression tooLong(
+        u"^(?:CHECK constraint failed: )?(?:(\\w+)\\.)?(\\w+) holds at most \\d+ characters$"_s);
+    if (const auto match = missing.match(words); match.hasMatch())
+        return {DatabaseError::Reason::Required, match.captured(1), match.captured(2)};
+    if (const auto match = tooLong.match(words); match.hasMatch())
+        return {DatabaseError::Reason::TooLong, match.captured(1), match.captured(2)};
+    return {};
+}
 
 } // namespace
 
@@ -114,7 +132,7 @@ void SqliteEngine::executePortable(Connection& connection, const QString& statem
         else
             connection.execute(QString(statement).replace("'$$' + "_L1, "'$$' || "_L1));
     } catch (const DatabaseError& error) {
-        throw DatabaseError(statement, error.description(), error.reason());
+        throw DatabaseError(statement, error.description(), error.cause());
     }
 }
 
@@ -142,11 +160,17 @@ QString SqliteEngine::beginTransaction() const
     return u"BEGIN IMMEDIATE"_s;
 }
 
-DatabaseError::Reason SqliteEngine::reason(const QSqlError& error) const
+DatabaseError::Cause SqliteEngine::cause(const QSqlError& error) const
 {
     const int code = error.nativeErrorCode().toInt();
     if (code == constraintPrimaryKey || code == constraintUnique)
         return DatabaseError::Reason::DuplicateKey;
+    if (code == constraintForeignKey)
+        return DatabaseError::Reason::ForeignKey; // the engine does not say which
+    if (code % 256 == constraint)
+        return brokenRule(error.databaseText());
+    if (code % 256 == busy)
+        return DatabaseError::Reason::Busy;
     const bool fatal =
         std::find(std::begin(fatalCodes), std::end(fatalCodes), code % 256) != std::end(fatalCodes);
     return fatal ? DatabaseError::Reason::TransactionLost : DatabaseError::Reason::Other;
@@ -174,6 +198,15 @@ QList<Column> SqliteEngine::columns(Connection& connection, const QString& table
         columns << Column{cursor.text(0), sized.captured(1).toInt(), cursor.text(2).toInt(), {}};
     }
     return columns;
+}
+
+QList<Reference> SqliteEngine::references(Connection& connection) const
+{
+    // A key that is not named is the primary key.
+    return gathered(connection.select(
+        u"SELECT M.name, F.seq, F.\"from\", F.\"table\", coalesce(F.\"to\", "
+        "(SELECT name FROM pragma_table_info(F.\"table\") WHERE pk = F.seq + 1)) FROM sqlite_master M "
+        "JOIN pragma_foreign_key_list(M.name) F WHERE M.type = 'table' ORDER BY M.name, F.id DESC, F.seq"_s));
 }
 
 void SqliteEngine::holdDeclaredTypes(Connection& connection) const

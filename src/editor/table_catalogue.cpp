@@ -1,6 +1,7 @@
 #include "editor/table_catalogue.h"
 
 #include "startup/MMain.h"
+#include "startup/schema_captions.h"
 
 #include <algorithm>
 
@@ -92,8 +93,7 @@ TableDescription describeTable(MMain& main, const QString& table)
         const bool key = column.keyPosition > 0;
         if (key)
             description.keys[column.keyPosition - 1] = column.name;
-        const QString ownCaption = column.description.isEmpty() ? column.name : column.description;
-        description.columns << TableColumn{column.name, main.textOr(column.name, ownCaption), key};
+        description.columns << TableColumn{column.name, columnCaption(main, column), key};
     }
     return description;
 }

@@ -27,7 +27,8 @@ QString MMain::textOr(const QString& code, const QString& otherwise)
     return text.isEmpty() ? otherwise : text;
 }
 
-QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show)
+QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
+                          const QString& details)
 {
     QString text = GetDescription(code);
     if (text.isEmpty())
@@ -38,7 +39,7 @@ QString MMain::GetMessage(const QString& code, const QString& substitution, bool
     }
     text.replace("$$"_L1, substitution);
     if (show)
-        prompts.show(text, {});
+        prompts.show(text, details);
     return text;
 }
 

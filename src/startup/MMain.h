@@ -39,8 +39,9 @@ public:
     QString textOr(const QString& code, const QString& otherwise);
 
     /// The message of `code`, every "$$" in it replaced by `substitution`; shown when `show` is set. A
-    /// message without a text row sets `show`, so that it is always seen.
-    QString GetMessage(const QString& code, const QString& substitution, bool& show);
+    /// message without a text row sets `show`, so that it is always seen. `details` explain what is shown.
+    QString GetMessage(const QString& code, const QString& substitution, bool& show,
+                       const QString& details = {});
 
     /// GetMessage, shown.
     void showMessage(const QString& code, const QString& substitution = {});

@@ -1,5 +1,6 @@
 // The lookups that every part uses: texts, messages, parameter values, macros, folders, menu rights.
 #include "startup/menu.h"
+#include "startup/refusal.h"
 #include "startup/version.h"
 #include "support/rows.h"
 #include "support/test_database.h"
@@ -23,6 +24,8 @@ private Q_SLOTS:
     void quotesReplacementsInStatements();
     void reportsRefusedMacros();
     void choosesFolders();
+    void saysWhyARecordIsRefused_data();
+    void saysWhyARecordIsRefused();
     void grantsMenuItems_data();
     void grantsMenuItems();
     void writesItsVersion();
@@ -168,6 +171,56 @@ void tst_lookups::choosesFolders()
     database.user.folderAnswer = u""_s;
     QCOMPARE(database.main.BrowseFolder({}), QString());
     QCOMPARE(database.user.proposals, QStringList({u"/start"_s, u"/start"_s, QDir::currentPath()}));
+}
+
+void tst_lookups::saysWhyARecordIsRefused_data()
+{
+    // The record's values, where they are known, and the reason in French.
+    columns<QString, QString, QString>("statement", "record", "reason");
+    row("key", "INSERT INTO COMPANY VALUES('C1', 'x')", "C1 x", "Une fiche avec cette clé existe déjà.");
+    row("used", "DELETE FROM RANGES WHERE CO_CODE = 'C1' AND PH_CODE = '101'", "C1 101",
+        "Elle est encore utilisée dans : Postes. Supprimez d'abord ces fiches.");
+    row("used, by something", "DELETE FROM COMPANY", "", "Elle est encore utilisée dans : ");
+    row("a key of two fields", "INSERT INTO PHONES VALUES('C1', '999', 'PAP2', 'x', 'y')", "C1 999 PAP2 x y",
+        "Il n'y a pas de fiche dans la table Plages pour CO_CODE C1, PH_CODE 999.");
+    row("the shorter key of two", "INSERT INTO PHONES VALUES('C9', '101', 'PAP2', 'x', 'y')",
+        "C9 101 PAP2 x y", "Il n'y a pas de fiche dans la table COMPANY pour CO_CODE C9.");
+    row("changed", "update PHONES SET EQ_CODE = 'nix' WHERE CO_CODE = 'C1'", "C1 101 nix x y",
+        "Il n'y a pas de fiche dans la table Modèles pour Modèle nix.");
+    row("the only reference", "INSERT INTO PHONE_BOOK VALUES('C1', '1', 'n', '?', '', '', '', '')", "",
+        "Il n'y a pas de fiche dans la table CREATION_FLAGS pour BK_FLAG.");
+    row("too long", "INSERT INTO EQUIPMENT VALUES('12345678901', 'd', 'm')", "",
+        "Le champ Modèle contient au plus 10 caractères.");
+    row("too long, staged", "INSERT INTO EQ_TEMP VALUES('p', 'd', 'v', 'EE')", "",
+        "Le champ LE_CODE contient au plus 1 caractères.");
+    row("required key", "INSERT INTO COMPANY VALUES(NULL, 'x')", "", "Le champ CO_CODE est obligatoire.");
+    row("required", "INSERT INTO EQUIPMENT VALUES('E', NULL, 'x')", "",
+        "Le champ Description est obligatoire.");
+    row("anything else", "INSERT INTO NOWHERE VALUES('x')", "", "La base de données a refusé : ");
+}
+
+void tst_lookups::saysWhyARecordIsRefused()
+{
+    TestDatabase database;
+    database.main.language = u"FR"_s;
+    database.addPhone(u"C1"_s, u"PAP2"_s, u"101"_s, u"x"_s, u"y"_s);
+    for (const auto& [code, text] : {std::pair(u"EQ_CODE"_s, u"Modèle"_s),
+                                     {u"EQ_DESC"_s, u"Description"_s},
+                                     {u"FPARAMETERS_PHONES"_s, u"Postes"_s},
+                                     {u"FPARAMETERS_RANGES"_s, u"Plages"_s},
+                                     {u"FPARAMETERS_EQUIPMENT"_s, u"Modèles"_s}})
+        database.main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_FR', ?, ?)"_s,
+                                         {code, text});
+    QFETCH(QString, statement);
+    QFETCH(QString, record);
+    QFETCH(QString, reason);
+    QString told;
+    try {
+        database.run(statement);
+    } catch (const DatabaseError& error) {
+        told = refusalReason(database.main, error, record.split(u' ', Qt::SkipEmptyParts));
+    }
+    QVERIFY2(told.startsWith(reason), qPrintable(told));
 }
 
 void tst_lookups::grantsMenuItems_data()
