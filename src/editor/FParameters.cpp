@@ -224,7 +224,7 @@ void FParameters::askPassword()
         showError(m_main.messageLine(u"M100"_s));
 }
 
-void FParameters::FormList(const QStringList& chosen)
+void FParameters::FormList(const QList<KeyFilter>& chosen)
 {
     // Everything that can fail, before anything changes.
     const TableDescription table = describeTable(m_main, m_table.name);
@@ -236,9 +236,9 @@ void FParameters::FormList(const QStringList& chosen)
     m_list->setTable(m_table);
     clearFilters();
     m_filters->show(m_table, values, chosen);
-    RempList();
     arrange();
     enableControls();
+    RempList();
 }
 
 void FParameters::clearFilters()
@@ -251,8 +251,22 @@ void FParameters::clearFilters()
 
 void FParameters::RempList()
 {
-    if (m_access != Access::False)
-        m_list->load(listStatement(m_table, m_filters->filters(), m_access));
+    if (m_access == Access::False)
+        return;
+    const QList<KeyFilter> filters = m_filters->filters();
+    try {
+        m_list->load(listStatement(m_table, filters, m_access));
+    } catch (const DatabaseError& error) {
+        const auto broken = std::find_if(filters.begin(), filters.end(), [](const KeyFilter& filter) {
+            return filter.index != 0 && filter.text.contains(u'\'');
+        });
+        if (broken == filters.end())
+            throw;
+        const auto column = std::find_if(m_table.columns.begin(), m_table.columns.end(),
+                                         [&](const TableColumn& one) { return one.name == broken->column; });
+        bool show = true;
+        m_main.GetMessage(u"M234"_s, column->caption, show, error.description());
+    }
 }
 
 void FParameters::edit(RecordMode mode)
@@ -267,14 +281,8 @@ void FParameters::edit(RecordMode mode)
                                                  {RecordMode::Update, u"OK_UPD"_s},
                                                  {RecordMode::Delete, u"OK_DEL"_s}};
     m_ok->setText(m_main.messageLine(captions[mode]));
-    const auto fill = [this](const QString& statement, const QList<RecordField>& fields) {
-        QStringList entries;
-        reportFailures(m_main,
-                       [&] { entries = pickListEntries(m_main, substitutePlaceholders(statement, fields)); });
-        return entries;
-    };
     m_form.emplace(mode, m_table, pickListStatements(m_main, m_table),
-                   mode == RecordMode::Insert ? QStringList() : m_list->records().record(row), fill);
+                   mode == RecordMode::Insert ? QStringList() : m_list->records().record(row), pickLists());
     m_ok->show();
     m_cancel->show();
     m_panel->show(*m_form);
@@ -285,6 +293,22 @@ void FParameters::edit(RecordMode mode)
         m_list->scrollTo(m_list->currentIndex());
 }
 
+/// Reads the pick lists of one panel. One that fails is filled anew with every letter, and reported once.
+RecordForm::Fill FParameters::pickLists()
+{
+    return
+        [this, failed = QStringList()](const QString& statement, const QList<RecordField>& fields) mutable {
+            try {
+                return pickListEntries(m_main, substitutePlaceholders(statement, fields));
+            } catch (const DatabaseError& error) {
+                if (!failed.contains(statement) || error.reason() == DatabaseError::Reason::ConnectionLost)
+                    reportFailures(m_main, [] { throw; });
+                failed << statement;
+                return QStringList();
+            }
+        };
+}
+
 void FParameters::write()
 {
     if (!editing() || !m_ok->isEnabled())
@@ -293,7 +317,7 @@ void FParameters::write()
     const bool wasLoading = stopLoading();
     const QString failure = writeRecord(m_main, *m_form);
     if (failure.isEmpty()) {
-        finishWriting(m_form->mode(), m_form->values(), wasLoading);
+        finishWriting(RecordForm(*m_form), wasLoading);
         return;
     }
     // What was typed stays, to be put right or copied. A deletion has nothing to put right.
@@ -302,21 +326,33 @@ void FParameters::write()
     showError(failure);
 }
 
-void FParameters::finishWriting(RecordMode mode, const QStringList& values, bool reload)
+/// `written` is a copy: the panel's own form goes with the panel.
+void FParameters::finishWriting(const RecordForm& written, bool reload)
 {
     const int row = m_editedRow.row();
+    const RecordMode mode = written.mode();
+    const QStringList values = written.values();
     closePanel();
-    if (mode == RecordMode::Insert)
+    if (mode == RecordMode::Insert) {
         m_filters->offer(values);
+        tellIfHidden(values);
+    }
     if (mode == RecordMode::Insert || reload) {
         RempList();
         m_list->selectRecord(values);
-    } else if (mode == RecordMode::Update) {
-        m_list->updateRecord(row, values);
-    } else {
+    } else if (mode == RecordMode::Delete) {
         m_list->records().removeRows(row, 1);
+    } else if (written.changed()) {
+        m_list->updateRecord(row, storedRecord(m_main, written).value_or(values));
     }
     showCount();
+}
+
+/// Filters don't hide a new record, since they have been given up; the rule about system rows may.
+void FParameters::tellIfHidden(const QStringList& values)
+{
+    if (!listsRecord(m_table, values, m_access))
+        showError(m_main.messageLine(m_access == Access::Admin ? u"M233"_s : u"M232"_s, u"$$"_s));
 }
 
 /// Whether nothing would be lost, or the user does not mind.
@@ -372,7 +408,7 @@ void FParameters::refresh()
         chooseTab();
         return;
     }
-    FormList(m_filters->chosenTexts());
+    FormList(m_filters->filters());
 }
 
 void FParameters::goToTab(int tab)

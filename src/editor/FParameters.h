@@ -43,14 +43,16 @@ private:
 
     void chooseTab();
     void askPassword();
-    /// `chosen` are the texts of the filters, where they are to stay.
-    void FormList(const QStringList& chosen = {});
+    /// `chosen` are the filters, where they are to stay.
+    void FormList(const QList<KeyFilter>& chosen = {});
     void clearFilters();
     void RempList();
 
     void edit(RecordMode mode);
+    RecordForm::Fill pickLists();
     void write();
-    void finishWriting(RecordMode mode, const QStringList& values, bool reload);
+    void finishWriting(const RecordForm& written, bool reload);
+    void tellIfHidden(const QStringList& values);
     void closePanel();
     bool editing() const { return m_form.has_value(); }
     /// Whether a table's records may be seen and changed.

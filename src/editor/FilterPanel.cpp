@@ -31,7 +31,7 @@ void FilterPanel::clear()
 }
 
 void FilterPanel::show(const TableDescription& table, const QList<QStringList>& values,
-                       const QStringList& chosen)
+                       const QList<KeyFilter>& chosen)
 {
     clear();
     m_table = table;
@@ -39,8 +39,8 @@ void FilterPanel::show(const TableDescription& table, const QList<QStringList>& 
         const auto column = std::find_if(table.columns.begin(), table.columns.end(),
                                          [&](const TableColumn& one) { return one.name == table.keys[key]; });
         m_rows << addRow(column->caption, values[key]);
-        if (const int entry = m_rows.last().filter->findText(chosen.value(key)); entry > 0)
-            m_rows.last().filter->setCurrentIndex(entry);
+        if (const KeyFilter before = chosen.value(key); before.index != 0)
+            m_rows.last().filter->setCurrentIndex(static_cast<int>(values[key].indexOf(before.text)) + 1);
     }
 }
 
@@ -93,14 +93,6 @@ QList<KeyFilter> FilterPanel::filters() const
         filters << KeyFilter{m_table.keys[key], m_rows[key].filter->currentIndex(),
                              m_rows[key].filter->currentText()};
     return filters;
-}
-
-QStringList FilterPanel::chosenTexts() const
-{
-    QStringList texts;
-    for (const KeyFilter& filter : filters())
-        texts << (filter.index == 0 ? QString() : filter.text);
-    return texts;
 }
 
 void FilterPanel::setRowHeights(int step, int height, int fieldWidth)

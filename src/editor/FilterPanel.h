@@ -16,9 +16,10 @@ public:
     explicit FilterPanel(const QString& allText, QWidget* parent = nullptr);
 
     void clear();
-    /// Makes the filters of a table, for which `values` has the values of each key column. Of `chosen`, the
-    /// texts chosen before, those are chosen again that are still there.
-    void show(const TableDescription& table, const QList<QStringList>& values, const QStringList& chosen);
+    /// Makes the filters of a table, for which `values` has the values of each key column. Of `chosen`, what
+    /// was chosen before, that is chosen again which is still there.
+    void show(const TableDescription& table, const QList<QStringList>& values,
+              const QList<KeyFilter>& chosen);
     /// Adds the key of a new record, by its values in table order, to the entries, and gives up what would
     /// hide it.
     void offer(const QStringList& record);
@@ -26,8 +27,6 @@ public:
     int count() const { return static_cast<int>(m_rows.size()); }
     /// What the list is to be filtered by.
     QList<KeyFilter> filters() const;
-    /// The chosen texts; an empty one for "All".
-    QStringList chosenTexts() const;
     /// From the top of one filter to that of the next, the height of a filter, and the greatest width of its
     /// field.
     void setRowHeights(int step, int height, int fieldWidth);

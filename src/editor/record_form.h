@@ -4,6 +4,7 @@
 #include "editor/table_catalogue.h"
 
 #include <functional>
+#include <optional>
 
 namespace velmora {
 
@@ -53,6 +54,7 @@ public:
     bool complete() const { return m_complete; }
     /// Whether the user has entered anything.
     bool changed() const { return values() != m_before; }
+    bool changed(qsizetype field) const { return m_fields[field].value() != m_before[field]; }
 
     /// The text of a free-text field has been changed.
     void changeText(qsizetype field, const QString& text);
@@ -78,8 +80,15 @@ private:
     bool m_complete;
 };
 
-/// Runs the statement of the form, if there is one. When the database refuses it, its reason is shown in the
-/// message M17, M19 or M18 (inserting, updating, deleting), whose text is returned; an empty text otherwise.
+/// Runs the statement of the form, if there is one, so that it writes this one record or nothing. When
+/// nothing was written, the reason is shown in the message M17, M19 or M18 (inserting, updating, deleting),
+/// whose text is returned; an empty text otherwise.
+///
+/// A value with a "'" is not written where the statement does not double it: the statement would fail, or
+/// mean another value or other records.
 QString writeRecord(MMain& main, const RecordForm& form);
+
+/// What the database holds of the form's record now, in table order; nothing where it has no such record.
+std::optional<QStringList> storedRecord(MMain& main, const RecordForm& form);
 
 } // namespace velmora

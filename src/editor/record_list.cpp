@@ -30,4 +30,12 @@ QString listStatement(const TableDescription& table, const QList<KeyFilter>& fil
            whereClause(table.keys, filters, access) + order;
 }
 
+bool listsRecord(const TableDescription& table, const QStringList& record, Access access)
+{
+    for (qsizetype column = 0; column < table.columns.size(); ++column)
+        if (table.columns[column].name == table.keys.value(0))
+            return record[column].startsWith("$$"_L1) == (access == Access::Admin);
+    return true;
+}
+
 } // namespace velmora

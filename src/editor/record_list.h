@@ -18,4 +18,7 @@ struct KeyFilter {
 /// the statement fail.
 QString listStatement(const TableDescription& table, const QList<KeyFilter>& filters, Access access);
 
+/// Whether the list of those with this access has a record with these values, in table order.
+bool listsRecord(const TableDescription& table, const QStringList& record, Access access);
+
 } // namespace velmora

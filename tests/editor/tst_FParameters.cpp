@@ -27,6 +27,7 @@ private Q_SLOTS:
     void deletesWhatNothingRefersTo();
     void refillsDependentDropDowns();
     void keepsWhatWasTypedWhenRefused();
+    void tellsWhatHidesANewRecord();
     void opensByPassword_data();
     void opensByPassword();
     void asksForThePasswordAgain();
@@ -231,11 +232,13 @@ void tst_FParameters::editsInPlace()
 
     press(u"Return"_s);
     pick(combo(3), u"GXP2000"_s);
-    press(u"Tab End \"2\" Return"_s);
+    press(u"Tab End \"2\""_s);
+    run(u"UPDATE PHONES SET PH_MAC = 'elsewhere' WHERE CO_CODE = 'C2'"_s);
+    press(u"Return"_s);
     QCOMPARE(
         m_main->sqlText,
         u"UPDATE PHONES SET EQ_CODE = 'GXP2000', PH_DESC = 'Desk2' WHERE CO_CODE = 'C2' AND PH_CODE = '201'"_s);
-    QCOMPARE(cells(), u"C1,101,GXP2000,Hall,000B82000101|C2,201,GXP2000,Desk2,000B82000201"_s);
+    QCOMPARE(cells(), u"C1,101,GXP2000,Hall,000B82000101|C2,201,GXP2000,Desk2,elsewhere"_s);
     QCOMPARE(list()->selectedRow(), 1);
     QVERIFY(list()->isEnabled());
 }
@@ -252,7 +255,8 @@ void tst_FParameters::deletesWhatNothingRefersTo()
     press(u"Return"_s);
     QCOMPARE(m_user->shown.size(), 1);
     QVERIFY2(error().startsWith("The record could not be deleted: "_L1), qPrintable(error()));
-    QVERIFY(error().contains("FOREIGN KEY"_L1, Qt::CaseInsensitive));
+    QVERIFY(error().contains("still used in: Phones."_L1));
+    QVERIFY(m_user->details.first().contains("FOREIGN KEY"_L1, Qt::CaseInsensitive));
     QVERIFY(!ok()->isVisible());
     QCOMPARE(cells(), u"C1,One|C2,Two"_s);
 
@@ -322,6 +326,24 @@ void tst_FParameters::keepsWhatWasTypedWhenRefused()
     press(u"Return"_s);
     QVERIFY2(error().startsWith("The record could not be changed: "_L1), qPrintable(error()));
     QCOMPARE(text(2)->text(), u"Twox"_s);
+}
+
+void tst_FParameters::tellsWhatHidesANewRecord()
+{
+    open();
+    press(u"Ins \"$$1\" Return \"x\" Return"_s);
+    QVERIFY2(error().contains("begins with $$"_L1), qPrintable(error()));
+    QCOMPARE(value(u"SELECT count(*) FROM COMPANY"_s), u"1"_s);
+    press(u"Ins \"C1\" Return \"x\" Return"_s);
+    QCOMPARE(error(), QString());
+
+    run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('COMPANY', '$$PWD', 'abc')"_s);
+    m_user->passwordAnswer = u""_s;
+    goTo(u"RANGES"_s);
+    goTo(u"COMPANY"_s);
+    QCOMPARE(cells(), u"$$1,x"_s);
+    press(u"Ins \"C2\" Return \"x\" Return"_s);
+    QVERIFY2(error().contains("only the system rows"_L1), qPrintable(error()));
 }
 
 void tst_FParameters::opensByPassword_data()
@@ -419,6 +441,16 @@ void tst_FParameters::filtersAndSorts()
     press(u"F5"_s);
     QCOMPARE(cells(), u"A,one|C,three|b,Two"_s);
 
+    // An empty value is one to choose, and to keep.
+    run(u"INSERT INTO COMPANY VALUES('', 'nameless')"_s);
+    list()->setFocus();
+    press(u"F5"_s);
+    QCOMPARE(filter(1)->currentIndex(), 0);
+    QCOMPARE(list()->records().rowCount(), 4);
+    filter(1)->setCurrentIndex(1);
+    press(u"F5"_s);
+    QCOMPARE(cells(), u",nameless"_s);
+
     // The filter that has the focus goes with its table, but not the keyboard.
     filter(1)->setFocus();
     press(u"Ctrl+PgDown"_s);
@@ -480,8 +512,11 @@ void tst_FParameters::staysUsableAfterFailures_data()
     columns<QString, QString, QString, QString>("row", "table", "keys", "report");
     row("no such table", "'$$TABS', '90', 'NOWHERE'", "NOWHERE", "", "no table NOWHERE");
     row("a bad pick list", "'$$COMPANY', 'L_CO_CODE', 'SELECT FROM'", "COMPANY", "Ins", "syntax");
+    row("a pick list that follows a text", "'$$COMPANY', 'L_CO_DESC', 'SELECT FROM'", "COMPANY",
+        "Ins \"abc\"", "syntax");
     row("an unknown column", "'$$COMPANY', 'L_CO_CODE', 'SELECT &XX_CODE'", "COMPANY", "Ins", "&XX_CODE");
-    row("a filter with an apostrophe", "'O''NEIL', 'x', 'y'", "SYSTEM_PARAMETERS", "filter", "syntax");
+    row("a filter with an apostrophe", "'O''NEIL', 'x', 'y'", "SYSTEM_PARAMETERS", "filter",
+        "The filter Code can't be used");
 }
 
 void tst_FParameters::staysUsableAfterFailures()
@@ -500,8 +535,13 @@ void tst_FParameters::staysUsableAfterFailures()
         press(keys);
     QCOMPARE(m_user->shown.size(), 1);
     QVERIFY2(m_user->shown.first().contains(report, Qt::CaseInsensitive), qPrintable(m_user->shown.first()));
-    if (keys == "filter"_L1)
+    if (keys == "filter"_L1) {
         QCOMPARE(list()->records().rowCount(), 0);
+        const QRect place = filter(1)->geometry();
+        press(u"F5"_s);
+        QCOMPARE(filter(1)->currentText(), u"O'NEIL"_s);
+        QCOMPARE(filter(1)->geometry(), place);
+    }
     if (table == "NOWHERE"_L1)
         QVERIFY(!control<QAction>(u"New"_s)->isEnabled());
     press(u"Esc"_s);
