@@ -254,19 +254,18 @@ void FParameters::RempList()
     if (m_access == Access::False)
         return;
     const QList<KeyFilter> filters = m_filters->filters();
-    try {
-        m_list->load(listStatement(m_table, filters, m_access));
-    } catch (const DatabaseError& error) {
-        const auto broken = std::find_if(filters.begin(), filters.end(), [](const KeyFilter& filter) {
-            return filter.index != 0 && filter.text.contains(u'\'');
-        });
-        if (broken == filters.end())
-            throw;
-        const auto column = std::find_if(m_table.columns.begin(), m_table.columns.end(),
-                                         [&](const TableColumn& one) { return one.name == broken->column; });
-        bool show = true;
-        m_main.GetMessage(u"M234"_s, column->caption, show, error.description());
+    const auto broken = std::find_if(filters.begin(), filters.end(), [](const KeyFilter& filter) {
+        return filter.index != 0 && filter.text.contains(u'\'');
+    });
+    const QString statement = listStatement(m_table, filters, m_access);
+    if (broken == filters.end()) {
+        m_list->load(statement);
+        return;
     }
+    // Its statement would fail, or list other records than those that were asked for.
+    m_list->clear();
+    m_main.sqlText = statement;
+    m_main.showMessage(u"M234"_s, m_filters->caption(broken->column));
 }
 
 void FParameters::edit(RecordMode mode)

@@ -86,6 +86,11 @@ void FilterPanel::offer(const QStringList& record)
     }
 }
 
+QString FilterPanel::caption(const QString& column) const
+{
+    return m_rows[m_table.keys.indexOf(column)].label->text();
+}
+
 QList<KeyFilter> FilterPanel::filters() const
 {
     QList<KeyFilter> filters;

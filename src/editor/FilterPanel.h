@@ -25,6 +25,8 @@ public:
     void offer(const QStringList& record);
 
     int count() const { return static_cast<int>(m_rows.size()); }
+    /// What the filter of that column is called.
+    QString caption(const QString& column) const;
     /// What the list is to be filtered by.
     QList<KeyFilter> filters() const;
     /// From the top of one filter to that of the next, the height of a filter, and the greatest width of its

@@ -63,7 +63,7 @@ void RecordView::setTable(const TableDescription& table)
     m_records->reset(captions, keys);
 }
 
-void RecordView::load(const QString& statement)
+void RecordView::clear()
 {
     stopLoading();
     m_stopped = false;
@@ -77,7 +77,12 @@ void RecordView::load(const QString& statement)
         m_widths.push_back(fontMetrics().horizontalAdvance(caption) + fromTwips(columnMargin, logicalDpiX()));
         header()->resizeSection(column, m_widths.back());
     }
-    Q_EMIT loaded(); // nothing so far, whether or not the statement fails
+    Q_EMIT loaded();
+}
+
+void RecordView::load(const QString& statement)
+{
+    clear(); // whether or not the statement fails
     m_main.sqlText = statement;
     m_cursor = std::make_unique<Cursor>(m_main.connection.cursor(statement));
     readSome();

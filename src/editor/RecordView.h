@@ -26,6 +26,8 @@ public:
 
     /// Shows the headers of that table, without records, unsorted.
     void setTable(const TableDescription& table);
+    /// Shows no records, unsorted.
+    void clear();
     /// Reads the records anew, in the order that the statement gives.
     void load(const QString& statement);
     /// Reads no further.

@@ -197,8 +197,9 @@ std::optional<Refusal> writeOne(MMain& main, const RecordForm& form, const QStri
         return Refusal{main.messageLine(rows == 0 ? u"M217"_s : u"M230"_s), {}};
     } catch (const DatabaseError& error) {
         const bool anyRecord = form.mode() != RecordMode::Insert && !hasKey(form);
-        return Refusal{anyRecord ? main.messageLine(u"M230"_s) : refusalReason(main, error, form.values()),
-                       error.description()};
+        const QString reason =
+            anyRecord ? main.messageLine(u"M230"_s) : refusalReason(main, error, form.values());
+        return Refusal{reason, reason.contains(error.description()) ? QString() : error.description()};
     }
 }
 
