@@ -28,7 +28,7 @@ public:
     /// The reason, and what it is about as far as the engine tells: the table (of a reference, the one that
     /// holds it) and the column, or the columns apart by ", ".
     struct Cause {
-        // NOLINTNEXTLINE(google-explicit-constructor): a reason alone is a cause
+        // Not explicit: a reason alone is a cause.
         Cause(Reason given = Reason::Other, QString ofTable = {}, QString ofColumn = {})
             : reason(given), table(std::move(ofTable)), column(std::move(ofColumn))
         {
