@@ -7,6 +7,21 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
+QString Engine::file(const ConnectionString&) const
+{
+    return {};
+}
+
+bool Engine::isUnused(Connection&) const
+{
+    return false;
+}
+
+QString Engine::hint(const QSqlError&, const QString&) const
+{
+    return {};
+}
+
 std::unique_ptr<Engine> engineFor(const ConnectionString& string)
 {
     const QString provider = string.required(u"Provider"_s);
