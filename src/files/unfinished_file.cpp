@@ -47,7 +47,8 @@ bool isLeftover(const QFileInfo& entry)
     return entry.lastModified().secsTo(QDateTime::currentDateTime()) > patienceSeconds;
 }
 
-/// Gives an empty `file` the owner, group and permissions of the file `like`.
+/// Gives an empty `file` the owner, group and permissions of the file `like`. The owner may be another, such
+/// as the next installer, where the group reads.
 bool passOnAccess(const QString& like, QFile& file)
 {
 #ifdef Q_OS_WIN
@@ -56,12 +57,14 @@ bool passOnAccess(const QString& like, QFile& file)
     return false; // there a file has the rights of its folder
 #else
     struct stat from = {};
-    struct stat to = {};
-    if (stat(QFile::encodeName(like).constData(), &from) != 0 || fstat(file.handle(), &to) != 0)
+    if (stat(QFile::encodeName(like).constData(), &from) != 0)
         return false;
-    const bool same = from.st_uid == to.st_uid && from.st_gid == to.st_gid;
-    return (same || fchown(file.handle(), from.st_uid, from.st_gid) == 0) &&
-           fchmod(file.handle(), from.st_mode & 0777) == 0;
+    const int to = file.handle();
+    constexpr auto keepOwner = static_cast<uid_t>(-1);
+    const bool groupReads = (from.st_mode & S_IRGRP) != 0;
+    return (fchown(to, from.st_uid, from.st_gid) == 0 ||
+            (groupReads && fchown(to, keepOwner, from.st_gid) == 0)) &&
+           fchmod(to, from.st_mode & 0777) == 0;
 #endif
 }
 

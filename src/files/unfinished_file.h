@@ -12,8 +12,8 @@ namespace velmora {
 QString unfinishedName(const QString& path);
 
 /// Opens a new `file` for writing. Where `like` is a file, the new one gets its owner, group and permissions,
-/// so that who could not read what it replaces can't read it either. Where it can't get all three, it gets
-/// what every new file gets: a group that must read it would else be shut out.
+/// so that who could not read what it replaces can't read it either. Where it can't get them (the owner may
+/// differ when the group reads), it gets what every new file gets: who must read it would else be shut out.
 bool openNew(QFile& file, const QString& like);
 
 /// Removes what processes that were killed have left unfinished in `folder`: at once where this machine knows

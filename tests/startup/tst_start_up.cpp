@@ -195,8 +195,7 @@ void tst_start_up::tellsWhichDatabaseFails_data()
         "disk I/O error: .*/taken.db$");
     const QString masked = u"Provider=MariaDB;Password=...;Port=1"_s;
     row("password", QByteArray("Provider=MariaDB;Password=secret;Port=1"), masked, "lacks");
-    row("password in quotes", QByteArray("Provider=MariaDB;Password='s;Port=ecret';Port=1"), masked,
-        "lacks");
+    row("password in quotes", QByteArray("Provider=MariaDB;Password='s;Port=ecret';Port=1"), masked, "lacks");
     row("password with its own pairs", QByteArray("Provider=MariaDB;Password=a;secret=1;b;Port=1"), masked,
         "no pair of key and value");
     row("password without =", QByteArray("Provider=MariaDB;Password secret;Port=1"),
