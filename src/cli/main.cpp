@@ -30,13 +30,24 @@ std::vector<std::string> argumentsLastFirst()
     return arguments;
 }
 
+/// Tells why the command line can't be taken. What is not known is named first: a command that is mistyped
+/// also looks as if there were none.
+ExitStatus explain(const CLI::App& parser, const CLI::ParseError& error)
+{
+    const std::vector<std::string> unknown = parser.remaining(true);
+    const bool missing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+    const int status =
+        missing && !unknown.empty() ? parser.exit(CLI::ExtrasError(unknown)) : parser.exit(error);
+    return status == 0 ? Done : WrongUsage;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     CLI::App parser("Velmora: configuration files, phone books and restarts of IP phones", "velmora-cli");
-    parser.set_version_flag("--version", versionText().toStdString());
+    parser.set_version_flag("--version", "velmora-cli " + versionText().toStdString());
     parser.require_subcommand(1);
     parser.fallthrough();
     std::string folder;
@@ -51,7 +62,7 @@ int main(int argc, char** argv)
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {
-        return parser.exit(error) == 0 ? Done : WrongUsage;
+        return explain(parser, error);
     }
 
     const auto userAnswer = as->count() > 0 ? std::optional(QString::fromStdString(actAs)) : std::nullopt;

@@ -43,16 +43,20 @@ std::optional<QString> ask(const QString& question)
     return line.isNull() ? std::nullopt : std::optional(line.trimmed());
 }
 
+bool askYesNo(const QString& question)
+{
+    if (!onTerminal())
+        QTextStream(stderr) << question << " answered no; --yes answers yes\n";
+    return ask(question + " [y/N]"_L1).value_or(QString()).startsWith(u'y', Qt::CaseInsensitive);
+}
+
 } // namespace
 
 Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
 {
     return {
         show,
-        [yes](const QString& question, const QString&) {
-            return yes ||
-                   ask(question + " [y/N]"_L1).value_or(QString()).startsWith(u'y', Qt::CaseInsensitive);
-        },
+        [yes](const QString& question, const QString&) { return yes || askYesNo(question); },
         [actAs](const QString& question, const QString& proposal) {
             return actAs ? actAs : ask(question + " ["_L1 + proposal + u']');
         },

@@ -1,6 +1,7 @@
 #include "database/connection.h"
 
 #include <QAtomicInt>
+#include <QFileInfo>
 #include <QScopeGuard>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -33,11 +34,12 @@ Connection::~Connection()
     close();
 }
 
-void Connection::open(const QString& connectionString, OpenMode mode)
+void Connection::open(const QString& connectionString, OpenMode mode, const QString& folder)
 {
     close();
     m_connectionString = connectionString;
     m_mode = mode;
+    m_folder = folder;
     m_preparation = {};
     openSession();
 }
@@ -45,9 +47,11 @@ void Connection::open(const QString& connectionString, OpenMode mode)
 void Connection::openSession()
 {
     close();
-    const ConnectionString string(m_connectionString);
-    m_engine = engineFor(string);
     try {
+        const ConnectionString string(m_connectionString, m_folder);
+        m_engine = engineFor(string);
+        const QString file = m_mode == OpenMode::ReadWrite ? m_engine->file(string) : QString();
+        m_newFile = QFile::exists(file) ? QString() : file;
         QSqlDatabase database = QSqlDatabase::addDatabase(m_engine->driver(), m_name);
         m_engine->configure(database, string, m_mode);
         if (!database.open())
@@ -55,9 +59,11 @@ void Connection::openSession()
         m_engine->prepareSession(*this, m_mode);
         if (m_preparation)
             m_preparation(*this);
-    } catch (const DatabaseError&) {
-        close();
-        throw;
+    } catch (const DatabaseError& error) {
+        closeUnused();
+        // A server repeats what it was told, and a slip of the pen makes a password a part of something else.
+        throw DatabaseError(withoutPasswords(error.statement()), withoutPasswords(error.description()),
+                            error.reason());
     }
 }
 
@@ -68,6 +74,20 @@ void Connection::close()
         QSqlDatabase::removeDatabase(m_name);
     m_engine.reset();
     m_lost = false;
+}
+
+void Connection::closeUnused()
+{
+    bool unused = false;
+    try {
+        unused = m_engine && !m_newFile.isEmpty() && m_engine->isUnused(*this);
+    } catch (const DatabaseError&) {
+        // Somebody else has it open, or the engine could not even begin it.
+        unused = QFileInfo(m_newFile).size() == 0;
+    }
+    close();
+    if (unused)
+        QFile::remove(m_newFile);
 }
 
 void Connection::prepareSessions(std::function<void(Connection&)> preparation)
@@ -173,7 +193,8 @@ void Connection::fail(const QString& statement, const QSqlError& error)
 {
     const DatabaseError::Cause cause = m_engine->cause(error);
     m_lost = m_lost || cause.reason == DatabaseError::Reason::ConnectionLost;
-    throw DatabaseError(statement, wordsOf(error), cause);
+    const QString hint = m_engine->hint(error, QSqlDatabase::database(m_name, false).databaseName());
+    throw DatabaseError(statement, hint.isEmpty() ? wordsOf(error) : wordsOf(error) + ": "_L1 + hint, cause);
 }
 
 } // namespace velmora

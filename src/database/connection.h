@@ -26,9 +26,14 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// Opens the database that `connectionString` names (see ConnectionString). Read-only, it must exist.
-    void open(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite);
+    /// Opens the database that `connectionString` names (see ConnectionString); a relative file name starts
+    /// from `folder`, or, when that is empty, from the current directory. Read-only, the database must exist.
+    /// What the error tells shows no password.
+    void open(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite,
+              const QString& folder = {});
     void close();
+    /// Closes. A database file that the open has made and that still holds nothing is removed.
+    void closeUnused();
 
     /// Whether the session is lost; the next statement will connect anew.
     bool isLost() const { return m_lost; }
@@ -72,6 +77,9 @@ private:
     std::unique_ptr<Engine> m_engine;
     QString m_connectionString;
     OpenMode m_mode = OpenMode::ReadWrite;
+    QString m_folder;
+    /// The database file, where the open has made it.
+    QString m_newFile;
     std::function<void(Connection&)> m_preparation;
     bool m_lost = false;
     bool m_inTransaction = false;

@@ -20,6 +20,21 @@ QList<Reference> Engine::gathered(Recordset rows)
     return references;
 }
 
+QString Engine::file(const ConnectionString&) const
+{
+    return {};
+}
+
+bool Engine::isUnused(Connection&) const
+{
+    return false;
+}
+
+QString Engine::hint(const QSqlError&, const QString&) const
+{
+    return {};
+}
+
 std::unique_ptr<Engine> engineFor(const ConnectionString& string)
 {
     const QString provider = string.required(u"Provider"_s);

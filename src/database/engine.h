@@ -54,6 +54,10 @@ public:
     virtual void prepareSession(Connection& connection, OpenMode mode) const = 0;
     /// Runs a statement whose text is the same for all engines, in the words of this one.
     virtual void executePortable(Connection& connection, const QString& statement) const = 0;
+    /// The file that holds the database; an empty text for an engine whose databases are no files.
+    virtual QString file(const ConnectionString& string) const;
+    /// Whether the database holds no table and nobody else has it open.
+    virtual bool isUnused(Connection& connection) const;
     /// Keeps a copy of the whole database beside it, `name` added to its file name, and returns where; an
     /// empty text for an engine whose databases are no files. REQUIRES: no transaction.
     virtual QString keepCopy(Connection& connection, const QString& name) const = 0;
@@ -61,6 +65,8 @@ public:
     virtual QString beginTransaction() const = 0;
     /// Why the engine refused a statement.
     virtual DatabaseError::Cause cause(const QSqlError& error) const = 0;
+    /// Which part of `database` the error is about, where the engine's words don't tell; else an empty text.
+    virtual QString hint(const QSqlError& error, const QString& database) const;
     /// The names of all permanent tables.
     virtual QStringList tables(Connection& connection) const = 0;
     /// The columns of `table` in table order; none when there is no such table.

@@ -2,10 +2,12 @@
 
 #include "database/connection.h"
 #include "database/sqlite_schema_change.h"
+#include "files/unfinished_file.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <filesystem>
@@ -78,6 +80,14 @@ constexpr int constraintUnique = 2067;
 /// The primary result codes that may roll a transaction back: out of memory, input or output error, full
 /// disk.
 constexpr int fatalCodes[] = {7, 10, 13};
+/// Those that are about a file without naming it: read-only, input or output error, full disk, can't open.
+constexpr int fileCodes[] = {8, 10, 13, 14};
+
+template <std::size_t size> bool isOneOf(const int (&codes)[size], const QSqlError& error)
+{
+    const int primary = error.nativeErrorCode().toInt() % 256;
+    return std::find(std::begin(codes), std::end(codes), primary) != std::end(codes);
+}
 
 /// What a broken rule of one column is about: the engine's words for a missing value, and those of the guards
 /// above.
@@ -103,7 +113,7 @@ QString SqliteEngine::driver() const
 
 void SqliteEngine::configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const
 {
-    database.setDatabaseName(string.required(u"Data Source"_s));
+    database.setDatabaseName(file(string));
     QString options = u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(Connection::connectionTimeoutSeconds * 1000);
     if (mode == OpenMode::ReadOnly)
         options += u";QSQLITE_OPEN_READONLY"_s;
@@ -136,6 +146,19 @@ void SqliteEngine::executePortable(Connection& connection, const QString& statem
     }
 }
 
+QString SqliteEngine::file(const ConnectionString& string) const
+{
+    return string.requiredFile(u"Data Source"_s);
+}
+
+bool SqliteEngine::isUnused(Connection& connection) const
+{
+    connection.execute(u"PRAGMA busy_timeout = 0"_s);
+    // Refused while anybody else has the file open, perhaps to fill it.
+    connection.execute(u"PRAGMA journal_mode = DELETE"_s);
+    return tables(connection).isEmpty();
+}
+
 QString SqliteEngine::keepCopy(Connection& connection, const QString& name) const
 {
     const QFileInfo database(
@@ -143,13 +166,18 @@ QString SqliteEngine::keepCopy(Connection& connection, const QString& name) cons
     const QString suffix = database.suffix().isEmpty() ? QString() : u'.' + database.suffix();
     const QString path = database.path() + u'/' + database.completeBaseName() + u'-' + name + suffix;
     // Under another name until it is whole: a copy that an earlier start has kept is not lost to a full disk.
-    const QString unfinished = path + ".part"_L1;
-    QFile::remove(unfinished);
-    connection.execute(u"VACUUM INTO ?"_s, {unfinished});
+    removeLeftovers(database.path());
+    QFile unfinished(unfinishedName(path));
+    auto remove = qScopeGuard([&unfinished] { unfinished.remove(); });
+    if (!openNew(unfinished, database.filePath()))
+        throw DatabaseError(path, unfinished.errorString());
+    unfinished.close();
+    connection.execute(u"VACUUM INTO ?"_s, {unfinished.fileName()});
     std::error_code failure;
-    std::filesystem::rename(unfinished.toStdU16String(), path.toStdU16String(), failure);
+    std::filesystem::rename(unfinished.fileName().toStdU16String(), path.toStdU16String(), failure);
     if (failure)
         throw DatabaseError(path, QString::fromLocal8Bit(failure.message().c_str()));
+    remove.dismiss();
     return QDir::toNativeSeparators(path);
 }
 
@@ -171,9 +199,18 @@ DatabaseError::Cause SqliteEngine::cause(const QSqlError& error) const
         return brokenRule(error.databaseText());
     if (code % 256 == busy)
         return DatabaseError::Reason::Busy;
-    const bool fatal =
-        std::find(std::begin(fatalCodes), std::end(fatalCodes), code % 256) != std::end(fatalCodes);
-    return fatal ? DatabaseError::Reason::TransactionLost : DatabaseError::Reason::Other;
+    return isOneOf(fatalCodes, error) ? DatabaseError::Reason::TransactionLost : DatabaseError::Reason::Other;
+}
+
+QString SqliteEngine::hint(const QSqlError& error, const QString& database) const
+{
+    if (!isOneOf(fileCodes, error))
+        return {};
+    for (const QString& name :
+         {database, database + "-wal"_L1, database + "-shm"_L1, QFileInfo(database).path()})
+        if (const QFileInfo part(name); part.exists() && !part.isWritable())
+            return QDir::toNativeSeparators(name) + " can't be written"_L1;
+    return QDir::toNativeSeparators(database);
 }
 
 QStringList SqliteEngine::tables(Connection& connection) const

@@ -14,9 +14,12 @@ public:
     void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const override;
     void prepareSession(Connection& connection, OpenMode mode) const override;
     void executePortable(Connection& connection, const QString& statement) const override;
+    QString file(const ConnectionString& string) const override;
+    bool isUnused(Connection& connection) const override;
     QString keepCopy(Connection& connection, const QString& name) const override;
     QString beginTransaction() const override;
     DatabaseError::Cause cause(const QSqlError& error) const override;
+    QString hint(const QSqlError& error, const QString& database) const override;
     QStringList tables(Connection& connection) const override;
     QList<Column> columns(Connection& connection, const QString& table) const override;
     QList<Reference> references(Connection& connection) const override;

@@ -14,12 +14,26 @@ namespace velmora {
 
 namespace {
 
+/// What a box shows at once; more of it would leave the screen, and its button with it.
+constexpr qsizetype mostLines = 15;
+constexpr qsizetype mostCharacters = 2000;
+
+/// The beginning of `text`, as much as a box shows.
+QString beginning(const QString& text)
+{
+    const QString lines = text.section(u'\n', 0, mostLines - 1).left(mostCharacters);
+    return lines.size() < text.size() ? lines + u'\u2026' : text;
+}
+
 void show(const QString& text, const QString& details)
 {
-    QMessageBox box(QMessageBox::NoIcon, u"Velmora"_s, text, QMessageBox::Ok, QApplication::activeWindow());
+    QMessageBox box(QMessageBox::NoIcon, u"Velmora"_s, beginning(text), QMessageBox::Ok,
+                    QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box.setInformativeText(details);
+    box.setInformativeText(beginning(details));
+    if (beginning(text) != text || beginning(details) != details)
+        box.setDetailedText(text + u'\n' + details);
     box.exec();
 }
 

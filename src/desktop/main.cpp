@@ -23,17 +23,36 @@ using namespace velmora;
 
 namespace {
 
+/// What the command line may hold.
+struct CommandLine {
+    QCommandLineParser parser;
+    QCommandLineOption folder{u"program-dir"_s, u"The folder of ParamDB.txt and the seed file."_s, u"DIR"_s};
+    QCommandLineOption help = parser.addHelpOption();
+    QCommandLineOption version = parser.addVersionOption();
+
+    CommandLine() { parser.addOption(folder); }
+};
+
+/// Answers --help and --version where there is no display to open a window on.
+void answerWithoutDisplay(int& argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    CommandLine line;
+    // The toolkit's own options are words after one dash. They are not known here, and no reason to end.
+    line.parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    line.parser.parse(QCoreApplication::arguments());
+    if (line.parser.isSet(line.help))
+        line.parser.showHelp();
+    if (line.parser.isSet(line.version))
+        line.parser.showVersion();
+}
+
 /// The program folder that the command line chose, or an empty text.
 QString chosenFolder(const QApplication& application)
 {
-    QCommandLineParser parser;
-    const QCommandLineOption folder(u"program-dir"_s, u"The folder of ParamDB.txt and the seed file."_s,
-                                    u"DIR"_s);
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addOption(folder);
-    parser.process(application);
-    return parser.value(folder);
+    CommandLine line;
+    line.parser.process(application);
+    return line.parser.value(line.folder);
 }
 
 /// The program's icon in every size.
@@ -49,9 +68,10 @@ QIcon programIcon()
 
 int main(int argc, char** argv)
 {
+    QCoreApplication::setApplicationName(u"velmora"_s);
+    QCoreApplication::setApplicationVersion(versionText());
+    answerWithoutDisplay(argc, argv);
     QApplication application(argc, argv);
-    QApplication::setApplicationName(u"velmora"_s);
-    QApplication::setApplicationVersion(versionText());
     QApplication::setWindowIcon(programIcon());
     QApplication::setDesktopFileName(u"velmora"_s); // by which some desktops find the icon
 

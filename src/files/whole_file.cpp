@@ -1,8 +1,8 @@
 #include "files/whole_file.h"
 
 #include "files/file_error.h"
+#include "files/unfinished_file.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <filesystem>
@@ -10,6 +10,23 @@
 using namespace Qt::StringLiterals;
 
 namespace velmora {
+
+namespace {
+
+/// A disk that fills up takes only a part of what is written, and names its reason when it refuses the rest.
+bool writeAll(QFile& file, const QByteArray& content)
+{
+    qint64 written = 0;
+    while (written < content.size()) {
+        const qint64 taken = file.write(content.constData() + written, content.size() - written);
+        if (taken <= 0)
+            return false;
+        written += taken;
+    }
+    return true;
+}
+
+} // namespace
 
 QByteArray readWholeFile(const QString& path)
 {
@@ -22,19 +39,20 @@ QByteArray readWholeFile(const QString& path)
     return content;
 }
 
-void writeWholeFile(const QString& path, const QByteArray& content)
+void writeWholeFile(const QString& path, const QByteArray& content, const QString& like)
 {
     // Beside its place until it is whole. QSaveFile would also wait for the disk, which takes longer than all
     // the rest of a device file; what is lost with the power can be generated again.
-    QFile file(path + ".part"_L1 + QString::number(QCoreApplication::applicationPid()));
+    QFile file(unfinishedName(path));
     const auto fail = [&](const QString& reason) {
         file.remove();
         throw FileError(path, reason);
     };
-    // Unbuffered: what a flush of the buffer could write only in part would count as written.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(content) != content.size())
+    if (!openNew(file, like.isEmpty() ? path : like) || !writeAll(file, content))
         fail(file.errorString());
     file.close();
+    if (file.error() != QFileDevice::NoError)
+        fail(file.errorString());
     std::error_code failure;
     std::filesystem::rename(file.fileName().toStdU16String(), path.toStdU16String(), failure);
     if (failure)

@@ -2,12 +2,14 @@
 
 #include "files/file_error.h"
 #include "files/stored_path.h"
+#include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "generation/GXP2000.h"
 #include "startup/MMain.h"
 
 #include <QDir>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <utility>
 
@@ -70,10 +72,20 @@ private:
             m_main.showMessage(u"M7"_s, folder);
             return false;
         }
+        tidyOnce(folder);
         const auto parameters = m_staging.merge([this](const QString& line) { m_remarks << line; });
         const bool goOn = parameters && dispatch(*parameters, folder);
         listRemarks();
         return goOn;
+    }
+
+    /// Removes what an earlier run was killed over: a half device file holds passwords too.
+    void tidyOnce(const QString& folder)
+    {
+        if (m_tidied.contains(folder))
+            return;
+        m_tidied.insert(folder);
+        removeLeftovers(folder);
     }
 
     /// Lists what staging had to say, once it is clear about which phone.
@@ -160,6 +172,7 @@ private:
     Staging m_staging;
     /// Lines about the parameters of the current phone that are not in the list yet.
     QStringList m_remarks;
+    QSet<QString> m_tidied;
 };
 
 QString selectionStatement(const GenerationRequest& request)

@@ -2,6 +2,7 @@
 
 #include "files/ansi.h"
 #include "files/stored_path.h"
+#include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "startup/MMain.h"
 
@@ -42,6 +43,7 @@ bool generatePhoneBook(MMain& main, const PhoneBookRequest& request, const RunRe
         if (!fitsAnsi(entries.last().number) || !fitsAnsi(entries.last().name))
             report.line(main.messageLine(u"M218"_s));
     }
+    removeLeftovers(localFolder(request.folder));
     writeWholeFile(pathIn(localFolder(request.folder), addressBookName), addressBook(entries));
     report.progress(rows.recordCount(), rows.recordCount());
     return true;

@@ -2,6 +2,7 @@
 
 #include "files/ansi.h"
 #include "files/stored_path.h"
+#include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "phonebook/workbook.h"
 #include "startup/MMain.h"
@@ -75,6 +76,7 @@ bool exportToCsv(MMain& main, const PhoneBookRequest& request, const RunReport& 
     const auto rows = bookOf(main, main.currentPhone().company, report);
     if (!rows)
         return false;
+    removeLeftovers(localFolder(request.folder));
     writeWholeFile(path, semicolonSeparated(*rows));
     for (const QStringList& values : *rows)
         if (!fitsAnsi(values.join(u';')))

@@ -36,12 +36,12 @@ bool isCurrent(Connection& original)
 
 /// The phones of the earlier database that have no model. Their NULL would become an empty text, which names
 /// none. Nothing where the database can't be read: that is told when its turn comes.
-QStringList phonesWithoutModel(const QString& original)
+QStringList phonesWithoutModel(const MMain& main, const QString& original)
 {
     QStringList phones;
     try {
         Connection earlier;
-        earlier.open(original, OpenMode::ReadOnly);
+        earlier.open(original, OpenMode::ReadOnly, main.programFolder);
         for (Recordset rows =
                  earlier.select(u"SELECT CO_CODE, PH_CODE FROM PHONES WHERE EQ_CODE IS NULL AND NOT "
                                 "EXISTS (SELECT 1 FROM EQUIPMENT WHERE EQ_CODE = '') ORDER BY 1, 2"_s);
@@ -80,9 +80,10 @@ bool fillTables(MMain& main, const QString& original)
 {
     Connection earlier;
     try {
-        earlier.open(original, OpenMode::ReadOnly);
+        earlier.open(original, OpenMode::ReadOnly, main.programFolder);
     } catch (const DatabaseError& error) {
-        main.prompts.show("Open Original Database Failed : "_L1 + original, error.description());
+        main.prompts.show("Open Original Database Failed : "_L1 + withoutPasswords(original),
+                          error.description());
         return false;
     }
     if (!isCurrent(earlier)) {
@@ -105,7 +106,7 @@ void createDatabase(MMain& main, const QString& original)
                           {});
         return;
     }
-    if (const QStringList phones = phonesWithoutModel(original); !phones.isEmpty()) {
+    if (const QStringList phones = phonesWithoutModel(main, original); !phones.isEmpty()) {
         main.prompts.show("The Original Database holds phones without a model : "_L1 + phones.join(", "_L1) +
                               "\nGive them one, then run this program again"_L1,
                           {});

@@ -2,6 +2,7 @@
 
 #include "files/file_error.h"
 #include "files/stored_path.h"
+#include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "startup/MMain.h"
 #include "startup/program_folder.h"
@@ -23,6 +24,16 @@ void makeFolder(const QString& path)
 {
     if (!QDir().mkpath(path))
         throw FileError(path, u"the folder can't be made"_s);
+}
+
+/// The user's own folder: the database, the seed files and ParamDB.txt hold passwords. One that is there
+/// keeps its permissions.
+void makeOwnFolder(const QString& path)
+{
+    const bool isNew = !QFile::exists(path);
+    makeFolder(path);
+    if (isNew)
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 /// Copies a file, or a folder with all that it holds. The copies get the permissions of new files, so that
@@ -50,8 +61,8 @@ void moveUnlessThere(const QString& from, const QString& to)
 
 void fill(const QString& folder, const QString& share)
 {
-    makeFolder(folder);
-    const QTemporaryDir copies(pathIn(folder, u"filling-XXXXXX"_s));
+    makeOwnFolder(folder);
+    const QTemporaryDir copies(unfinishedName(pathIn(folder, u"filling-XXXXXX"_s)));
     if (!copies.isValid())
         throw FileError(folder, copies.errorString());
     for (const QString& name : {u"factory.db"_s, u"ParamDB.txt"_s})
@@ -102,6 +113,7 @@ bool fillProgramFolder(const MMain& main, const QString& chosen, const QString& 
     // Where nothing is installed, the start-up tells what it misses.
     if (isChosen(chosen) || !holdsParamDB(share))
         return true;
+    removeLeftovers(main.programFolder);
     if (holdsParamDB(main.programFolder)) {
         renewManual(main.programFolder, share);
         return true;

@@ -85,6 +85,16 @@ private:
     QStringList m_refusals;
 };
 
+/// One message for all refused rows, however many: a file of another make has tens of thousands.
+void tellRefusals(MMain& main, const QStringList& refusals)
+{
+    if (refusals.isEmpty())
+        return;
+    const QString count = QString::number(refusals.size());
+    main.prompts.show(refusals.join(u'\n'),
+                      refusals.size() == 1 ? QString() : main.messageLine(u"M270"_s, count));
+}
+
 } // namespace
 
 void loadSeedFile(MMain& main)
@@ -103,13 +113,13 @@ void loadSeedFile(MMain& main)
     SeedLoader loader(main);
     loader.load(decodeText(content));
     // The copy is written before the rows are made lasting: where it can't be, the load has not happened.
-    writeWholeFile(pathIn(main.programFolder, "tarvel_"_L1 + versionDigits() + ".csv"_L1), content);
+    writeWholeFile(pathIn(main.programFolder, "tarvel_"_L1 + versionDigits() + ".csv"_L1), content, path);
     load.commit();
-    // Only now: nobody else can write while the transaction waits for a reader of messages.
-    for (const QString& refusal : loader.refusals())
-        main.prompts.show(refusal, {});
     QFile seed(path);
-    if (!seed.remove())
+    const bool removed = seed.remove();
+    // Only now: whoever waits for a reader of messages may be cut off, and would load the file once more.
+    tellRefusals(main, loader.refusals());
+    if (!removed)
         throw FileError(path, seed.errorString());
 }
 

@@ -1,12 +1,15 @@
 #include "startup/start_up.h"
 
 #include "files/file_error.h"
+#include "files/unfinished_file.h"
 #include "schema/tables.h"
 #include "startup/MMain.h"
 #include "startup/database_creation.h"
 #include "startup/param_db.h"
 #include "startup/seed_file.h"
 #include "startup/upgrade.h"
+
+#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 
@@ -17,11 +20,12 @@ namespace {
 bool openDatabase(MMain& main, const QString& connectionString)
 {
     try {
-        main.connection.open(connectionString);
+        main.connection.open(connectionString, OpenMode::ReadWrite, main.programFolder);
         main.connection.holdDeclaredTypes();
         return true;
     } catch (const DatabaseError& error) {
-        main.prompts.show("Open Database Failed : "_L1 + connectionString, error.description());
+        main.prompts.show("Open Database Failed : "_L1 + withoutPasswords(connectionString),
+                          error.description());
         return false;
     }
 }
@@ -68,6 +72,7 @@ void chooseUser(MMain& main)
 bool startUp(MMain& main, const QString& systemUserName)
 {
     main.userName = systemUserName.toUpper();
+    removeLeftovers(main.programFolder);
     const ParamDB paramDB = readParamDB(main.programFolder);
     if (!openDatabase(main, paramDB.working))
         return false;
@@ -86,8 +91,13 @@ bool startUp(MMain& main, const QString& systemUserName)
 
 bool StartUp(MMain& main, const QString& systemUserName)
 {
+    // A start that ends in an error leaves no empty database: its name may be a slip of the pen.
+    auto leaveNothing = qScopeGuard([&main] { main.connection.closeUnused(); });
     try {
-        return startUp(main, systemUserName);
+        const bool goOn = startUp(main, systemUserName);
+        if (goOn)
+            leaveNothing.dismiss();
+        return goOn;
     } catch (const DatabaseError& error) {
         main.prompts.show("Velmora can't start: "_L1 + error.description(), error.statement());
     } catch (const FileError& error) {

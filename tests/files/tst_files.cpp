@@ -2,9 +2,11 @@
 #include "files/ansi.h"
 #include "files/file_error.h"
 #include "files/stored_path.h"
+#include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "support/rows.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -12,6 +14,8 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <cstring>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -43,6 +47,8 @@ private Q_SLOTS:
     void decodes_data();
     void decodes();
     void replacesAFileWholeOrNotAtAll();
+    void removesLeftovers_data();
+    void removesLeftovers();
     void cutsOneTrailingSeparator_data();
     void cutsOneTrailingSeparator();
 };
@@ -87,12 +93,19 @@ void tst_files::replacesAFileWholeOrNotAtAll()
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"file"_s);
     writeWholeFile(path, "old and longer");
+    const auto secret =
+        QFile::ReadUser | QFile::ReadOwner | QFile::WriteUser | QFile::WriteOwner | QFile::ReadGroup;
+    QVERIFY(QFile::setPermissions(path, secret));
     writeWholeFile(path, QByteArray("new\0", 4));
     QCOMPARE(readWholeFile(path), QByteArray("new\0", 4));
+    QCOMPARE(QFile::permissions(path), secret);
 
-    {
+    try {
         const WriteLimit fullDisk(1000);
-        QVERIFY_THROWS_EXCEPTION(FileError, writeWholeFile(path, QByteArray(100000, 'x')));
+        writeWholeFile(path, QByteArray(100000, 'x'));
+        QFAIL("written beyond the limit");
+    } catch (const FileError& error) {
+        QCOMPARE(error.description(), QString::fromLocal8Bit(std::strerror(EFBIG)));
     }
     QCOMPARE(readWholeFile(path), QByteArray("new\0", 4));
 
@@ -101,6 +114,38 @@ void tst_files::replacesAFileWholeOrNotAtAll()
     QVERIFY_THROWS_EXCEPTION(FileError, writeWholeFile(folder.filePath(u"taken"_s), "x"));
     QVERIFY_THROWS_EXCEPTION(FileError, readWholeFile(folder.filePath(u"absent"_s)));
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList(u"file"_s));
+}
+
+void tst_files::removesLeftovers_data()
+{
+    const auto unfinished = [](qint64 process) {
+        return unfinishedName(u"cfg01"_s)
+            .replace(QString::number(QCoreApplication::applicationPid()), QString::number(process));
+    };
+    constexpr qint64 none = 1LL << 30; // beyond the numbers that are given
+    const QString elsewhere = unfinished(none).replace(".part"_L1, "x.part"_L1);
+    columns<QString, int, bool>("name", "hours", "stays");
+    row("its process is gone", unfinished(none), 0, false);
+    row("of an earlier process of this number", unfinishedName(u"cfg01"_s), 0, false);
+    row("its process lives", unfinished(getppid()), 0, true);
+    row("its number was given anew", unfinished(getppid()), 2, false);
+    row("another machine's", elsewhere, 0, true);
+    row("another machine's, old", elsewhere, 2, false);
+    row("somebody's own", "archive.part12", 2, true);
+}
+
+void tst_files::removesLeftovers()
+{
+    QFETCH(QString, name);
+    QFETCH(int, hours);
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(name));
+    QVERIFY(file.open(QFile::WriteOnly));
+    QVERIFY(
+        file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hours), QFile::FileModificationTime));
+    file.close();
+    removeLeftovers(folder.path());
+    QTEST(file.exists(), "stays");
 }
 
 void tst_files::cutsOneTrailingSeparator_data()

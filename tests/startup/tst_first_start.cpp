@@ -1,4 +1,5 @@
 // What a first start puts into the user's data folder.
+#include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "startup/MMain.h"
 #include "startup/first_start.h"
@@ -79,6 +80,9 @@ void tst_first_start::fills_data()
         Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=user"_s, u"velmora/manual.htm=share"_s,
               u"velmora/manual/own.htm=user"_s},
         "");
+    row("one that was killed before", least,
+        Files{unfinishedName(u"velmora/filling-abc"_s) + "/factory.db"_L1}, "", "",
+        Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=share"_s}, "");
     row("filled before: only the manual is renewed", all,
         Files{u"velmora/ParamDB.txt"_s, u"velmora/manual.htm"_s}, "", "",
         Files{u"velmora/ParamDB.txt=user"_s, u"velmora/manual.htm=share"_s,

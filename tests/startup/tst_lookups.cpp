@@ -1,7 +1,6 @@
 // The lookups that every part uses: texts, messages, parameter values, macros, folders, menu rights.
 #include "startup/menu.h"
 #include "startup/refusal.h"
-#include "startup/version.h"
 #include "support/rows.h"
 #include "support/test_database.h"
 
@@ -28,7 +27,6 @@ private Q_SLOTS:
     void saysWhyARecordIsRefused();
     void grantsMenuItems_data();
     void grantsMenuItems();
-    void writesItsVersion();
 };
 
 void tst_lookups::findsTexts()
@@ -246,12 +244,6 @@ void tst_lookups::grantsMenuItems()
         database.run("INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', "_L1 + row + u')');
     QTEST(hasMenuRight(database.main, u"GenConf"_s), "granted");
     QTEST(canReachMenuItem(database.main, u"GenConf"_s), "reachable");
-}
-
-void tst_lookups::writesItsVersion()
-{
-    QCOMPARE(versionText(), u"1.1.42"_s);
-    QCOMPARE(versionDigits(), u"010142"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_lookups)

@@ -14,6 +14,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 using namespace velmora;
 
@@ -34,6 +36,27 @@ struct Start {
     bool ready = false;
 };
 
+/// While it lives, this process has no more rights in the folder than any user: to root all files are
+/// writable.
+class WithoutPower {
+public:
+    explicit WithoutPower(const QString& folder) : m_before(geteuid())
+    {
+        if (m_before != 0)
+            return;
+        for (const QFileInfo& entry : QDir(folder).entryInfoList(QDir::NoDotDot | QDir::AllEntries))
+            QCOMPARE(chown(entry.filePath().toLocal8Bit().constData(), anybody, anybody), 0);
+        QCOMPARE(setresuid(anybody, anybody, m_before), 0);
+    }
+    ~WithoutPower() { QCOMPARE(setresuid(m_before, m_before, m_before), 0); }
+    WithoutPower(const WithoutPower&) = delete;
+    WithoutPower& operator=(const WithoutPower&) = delete;
+
+private:
+    static constexpr uid_t anybody = 65534;
+    const uid_t m_before;
+};
+
 } // namespace
 
 class tst_start_up : public QObject {
@@ -47,12 +70,11 @@ private Q_SLOTS:
     void endsWithoutParamDB();
     void tellsWhichDatabaseFails_data();
     void tellsWhichDatabaseFails();
-    void endsWithoutAnEarlierDatabase();
-    void leavesTheTablesOfAnUnreadableEarlierDatabase();
-    void refusesAnEarlierDatabaseOfAnotherVersion();
+    void tellsWhatCanNotBeWritten_data();
+    void tellsWhatCanNotBeWritten();
+    void refusesToCreate_data();
+    void refusesToCreate();
     void copiesEveryRow();
-    void namesPhonesWithoutModel();
-    void keepsNothingOfARefusedCopy();
     void doesNotTouchADatabaseOfOthers();
     void readsTheLanguage();
     void asksSuperusers_data();
@@ -161,57 +183,122 @@ void tst_start_up::endsWithoutParamDB()
 
 void tst_start_up::tellsWhichDatabaseFails_data()
 {
-    columns<QByteArray, QString>("line", "details");
-    row("unknown provider", QByteArray("Provider=Oracle;Data Source=x"), "Unknown Provider \"Oracle\"");
-    row("not a database", QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/ParamDB.txt"),
+    columns<QByteArray, QString, QString>("line", "shown", "details");
+    row("unknown provider", QByteArray("Provider=Oracle;Data Source=x"), QString(),
+        "Unknown Provider \"Oracle\"");
+    row("not a database", QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/ParamDB.txt"), QString(),
         "not a database");
-    row("no folder", QByteArray("Provider=SQLite;Data Source=$$APPPATH$$/no/x.db"), "unable to open");
-    row("empty line", QByteArray(), "Provider");
+    row("no folder", QByteArray("Provider=SQLite;Data Source=no/x.db"), QString(),
+        "unable to open .*/no/x.db$");
+    row("empty line", QByteArray(), QString(), "Provider");
+    row("a folder in the place of the -wal", QByteArray("Provider=SQLite;Data Source=taken.db"), QString(),
+        "disk I/O error: .*/taken.db$");
+    const QString masked = u"Provider=MariaDB;Password=...;Port=1"_s;
+    row("password", QByteArray("Provider=MariaDB;Password=secret;Port=1"), masked, "lacks");
+    row("password in quotes", QByteArray("Provider=MariaDB;Password='s;Port=ecret';Port=1"), masked, "lacks");
+    row("password with its own pairs", QByteArray("Provider=MariaDB;Password=a;secret=1;b;Port=1"), masked,
+        "no pair of key and value");
+    row("password without =", QByteArray("Provider=MariaDB;Password secret;Port=1"),
+        "Provider=MariaDB;Password ...;Port=1", "no pair of key and value");
+    row("other word", QByteArray("Provider=MariaDB; pass word = secret ;Port=1"),
+        "Provider=MariaDB; pass word =...;Port=1", "lacks");
+    row("forgotten ;",
+        QByteArray("Provider=MariaDB;Data Source=127.0.0.1;Initial Catalog=a;User ID=b;Port=1 PWD=secret"),
+        "Provider=MariaDB;Data Source=127.0.0.1;Initial Catalog=a;User ID=b;Port=1 PWD=...",
+        "^The Port \"1 PWD=...$");
 }
 
 void tst_start_up::tellsWhichDatabaseFails()
 {
     QFETCH(QByteArray, line);
+    QFETCH(QString, shown);
     QFETCH(QString, details);
     // Longer than a database's heading, so that the engine looks at it.
     m_folder->write(u"ParamDB.txt"_s, line + "\n\n" + QByteArray(200, 'x'));
+    QVERIFY(QDir(m_folder->path()).mkdir(u"taken.db-wal"_s));
     const Start start(*m_folder);
     QVERIFY(!start.ready);
     const QString string = QString::fromUtf8(line).replace("$$APPPATH$$"_L1, m_folder->path());
-    QCOMPARE(start.user.shown, QStringList("Open Database Failed : "_L1 + string));
-    QVERIFY2(start.user.details[0].contains(details), qPrintable(start.user.details[0]));
+    QCOMPARE(start.user.shown,
+             QStringList("Open Database Failed : "_L1 + (shown.isEmpty() ? string : shown)));
+    QVERIFY2(start.user.details[0].contains(QRegularExpression(details)), qPrintable(start.user.details[0]));
+    QVERIFY(!start.user.details[0].contains("ecret"_L1));
+    QVERIFY(!QFile::exists(m_folder->file(u"taken.db"_s)));
 }
 
-void tst_start_up::endsWithoutAnEarlierDatabase()
+void tst_start_up::tellsWhatCanNotBeWritten_data()
 {
-    m_folder->write(u"ParamDB.txt"_s, "Provider=SQLite;Data Source=$$APPPATH$$/velmora.db\n");
-    const Start start(*m_folder);
-    QVERIFY(!start.ready);
-    QCOMPARE(
-        start.user.shown,
-        QStringList(u"DATABASE CREATION\nOriginal Database Not Specified : see Manual (ParamDB.txt )"_s));
-    QCOMPARE(tables(), QStringList());
+    columns<QString>("name");
+    row("database", "velmora.db");
+    row("its shared memory", "velmora.db-shm");
+    row("its folder", ".");
 }
 
-void tst_start_up::leavesTheTablesOfAnUnreadableEarlierDatabase()
+void tst_start_up::tellsWhatCanNotBeWritten()
 {
-    QFile::remove(m_folder->file(u"factory.db"_s));
+    if (onServer())
+        QSKIP("no files");
+    QFETCH(QString, name);
+    create();
+    if (!QFile::exists(m_folder->file(name)))
+        m_folder->write(name, "x"); // the engine gives an empty one the permissions of the database
+    const WithoutPower user(m_folder->path());
+    const auto permissions = QFile::permissions(m_folder->file(name));
+    QVERIFY(
+        QFile::setPermissions(m_folder->file(name), permissions & ~(QFile::WriteUser | QFile::WriteOwner)));
     const Start start(*m_folder);
+    QVERIFY(QFile::setPermissions(m_folder->file(name), permissions));
     QVERIFY(!start.ready);
-    QCOMPARE(start.user.shown, QStringList("Open Original Database Failed : Provider=SQLite;Data Source="_L1 +
-                                           m_folder->file(u"factory.db"_s)));
-    QCOMPARE(tables().size(), 13);
-    QVERIFY(!QFile::exists(m_folder->file(u"factory.db"_s)));
+    const QString told = start.user.shown[0] + start.user.details[0];
+    QVERIFY2(told.contains(QDir::cleanPath(m_folder->file(name)) + " can't be written"_L1), qPrintable(told));
 }
 
-void tst_start_up::refusesAnEarlierDatabaseOfAnotherVersion()
+void tst_start_up::refusesToCreate_data()
 {
-    executeInFactory(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '010141' WHERE SY_CODE = '$$BASEVER'"_s);
+    const QString factory = u"Provider=SQLite;Data Source=factory.db"_s;
+    columns<QString, QStringList, QString, QString, int>("original", "inFactory", "shown", "details",
+                                                         "tables");
+    row("no earlier database", "", QStringList(),
+        "DATABASE CREATION\nOriginal Database Not Specified : see Manual (ParamDB.txt )", "^$", 0);
+    row("unreadable", "Provider=SQLite;Data Source=none.db;Password=secret", QStringList(),
+        "Open Original Database Failed : Provider=SQLite;Data Source=none.db;Password=...",
+        "unable to open .*/none.db$", 13);
+    row("another version", factory,
+        QStringList(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '010141' WHERE SY_CODE = '$$BASEVER'"_s),
+        u"The Original Database MUST be Version : 010142\n"
+        "Run this program version on the old database to convert"_s,
+        "^$", 13);
+    row("phones without a model", factory,
+        QStringList({u"INSERT INTO COMPANY VALUES('C1', 'x')"_s, u"INSERT INTO RANGES VALUES('C1', '1')"_s,
+                     u"INSERT INTO PHONES VALUES('C1', '1', NULL, 'phone', 'mac')"_s}),
+        u"The Original Database holds phones without a model : C1 1\n"
+        "Give them one, then run this program again"_s,
+        "^$", 0);
+    row("refused row", factory, QStringList(u"INSERT INTO COMPANY VALUES('TOO LONG', 'x')"_s), QString(),
+        "^INSERT INTO COMPANY VALUES\\('TOO LONG', 'x'\\)$", 0);
+}
+
+/// Both lines name their files as seen from the program folder.
+void tst_start_up::refusesToCreate()
+{
+    QFETCH(QString, original);
+    QFETCH(QStringList, inFactory);
+    QFETCH(QString, shown);
+    QFETCH(QString, details);
+    QFETCH(int, tables);
+    for (const QString& statement : inFactory)
+        executeInFactory(statement);
+    const QString working = m_folder->working().remove(m_folder->path() + u'/');
+    m_folder->write(u"ParamDB.txt"_s, QString(working + u'\n' + original).toUtf8());
     const Start start(*m_folder);
     QVERIFY(!start.ready);
-    QCOMPARE(start.user.shown, QStringList(u"The Original Database MUST be Version : 010142\n"
-                                           "Run this program version on the old database to convert"_s));
-    QCOMPARE(value(u"SELECT count(*) FROM SYSTEM_PARAMETERS"_s), u"0"_s);
+    QVERIFY2(start.user.shown == QStringList(shown) || shown.isEmpty(),
+             qPrintable(start.user.shown.join(u'\n')));
+    QVERIFY2(start.user.details[0].contains(QRegularExpression(details)), qPrintable(start.user.details[0]));
+    if (tables == 0)
+        QCOMPARE(QDir(m_folder->path()).entryList({u"velmora.db*"_s}), QStringList());
+    QCOMPARE(this->tables().size(), tables);
+    QVERIFY(!QFile::exists(m_folder->file(u"none.db"_s)));
 }
 
 /// The working database is left for another one and comes back, row for row: the way to a server, or from it.
@@ -237,27 +324,6 @@ void tst_start_up::copiesEveryRow()
                     QString(m_folder->embedded(u"file.db"_s) + u'\n' + back.connectionString()).toUtf8());
     QVERIFY(!Start(*m_folder).ready);
     QCOMPARE(everyRow(m_folder->embedded(u"file.db"_s)), working);
-}
-
-void tst_start_up::namesPhonesWithoutModel()
-{
-    executeInFactory(u"INSERT INTO COMPANY VALUES('C1', 'x')"_s);
-    executeInFactory(u"INSERT INTO RANGES VALUES('C1', '1')"_s);
-    executeInFactory(u"INSERT INTO PHONES VALUES('C1', '1', NULL, 'phone', 'mac')"_s);
-    const Start start(*m_folder);
-    QVERIFY(!start.ready);
-    QCOMPARE(start.user.shown, QStringList(u"The Original Database holds phones without a model : C1 1\n"
-                                           "Give them one, then run this program again"_s));
-    QCOMPARE(tables(), QStringList());
-}
-
-void tst_start_up::keepsNothingOfARefusedCopy()
-{
-    executeInFactory(u"INSERT INTO COMPANY VALUES('TOO LONG', 'x')"_s);
-    const Start start(*m_folder);
-    QVERIFY(!start.ready);
-    QCOMPARE(start.user.details, QStringList(u"INSERT INTO COMPANY VALUES('TOO LONG', 'x')"_s));
-    QCOMPARE(tables(), QStringList());
 }
 
 void tst_start_up::doesNotTouchADatabaseOfOthers()
@@ -337,13 +403,14 @@ void tst_start_up::reportsBrokenSeedLines()
                                      "010142V;COMPANY;C3;good\n");
     const Start start(*m_folder);
     QVERIFY(start.ready);
-    QCOMPARE(start.user.shown.size(), 5);
-    QVERIFY(start.user.shown[0].startsWith(
-        "Error : INSERT INTO COMPANY VALUES('C1', ' The line holds 1 values"_L1));
-    QVERIFY(start.user.shown[1].startsWith("Error : INSERT INTO COMPANY VALUES('TOOLONG', 'x') "_L1));
-    QVERIFY(start.user.shown[1].contains("CO_CODE"_L1));
-    QVERIFY(start.user.shown[2].startsWith("Error : INSERT INTO NOWHERE VALUE) "_L1));
-    QVERIFY(start.user.shown[4].contains("FOREIGN KEY"_L1, Qt::CaseInsensitive));
+    QCOMPARE(start.user.details, QStringList(u"Rows of the seed file refused: 5"_s));
+    const QStringList refused = start.user.shown[0].split(u'\n');
+    QCOMPARE(refused.size(), 5);
+    QVERIFY(refused[0].startsWith("Error : INSERT INTO COMPANY VALUES('C1', ' The line holds 1 values"_L1));
+    QVERIFY(refused[1].startsWith("Error : INSERT INTO COMPANY VALUES('TOOLONG', 'x') "_L1));
+    QVERIFY(refused[1].contains("CO_CODE"_L1));
+    QVERIFY(refused[2].startsWith("Error : INSERT INTO NOWHERE VALUE) "_L1));
+    QVERIFY(refused[4].contains("FOREIGN KEY"_L1, Qt::CaseInsensitive));
     QCOMPARE(value(u"SELECT MAX(CO_CODE) || COUNT(*) FROM COMPANY"_s), u"C31"_s);
 }
 
