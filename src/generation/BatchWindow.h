@@ -46,6 +46,10 @@ protected:
     /// Whether the inputs describe a run.
     virtual bool canStart() const = 0;
     void enableStart();
+    /// Says on the start button what a click would do now.
+    void setStartCaption(const QString& caption) { m_start->setText(caption); }
+    /// Whether Return in an input starts the run, or only the button does.
+    virtual bool startsByReturn() const { return true; }
 
     /// What a run is given to report here. Window events run as often as needed to keep the window
     /// responsive.
@@ -67,6 +71,7 @@ private:
     void cancel();
     void closeWindow();
     void setRunning(bool running);
+    void setTabOrderAsRead();
     void showLines();
 
     QVBoxLayout* m_layout;

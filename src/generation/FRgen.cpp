@@ -50,7 +50,6 @@ QWidget* FRgen::createForm()
         box->setValidator(new QRegularExpressionValidator(digits, box));
     m_remove->setObjectName(u"DelAll"_s);
     layout->addRow(m_remove);
-    form->setFocusProxy(m_company);
     return form;
 }
 

@@ -37,6 +37,7 @@ FolderPicker::FolderPicker(MMain& main, QWidget* parent)
     m_folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_folder->setTextFormat(Qt::PlainText);
     m_folder->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_folder->setAccessibleName(m_main.textOr(u"BATCH_FOLDER"_s, u"Folder"_s));
     m_browse->setObjectName(u"BtPath"_s);
     m_browse->setEnabled(false);
     m_browse->setAutoDefault(true);

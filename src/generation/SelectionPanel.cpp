@@ -29,7 +29,6 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
                 [this, list] { reportFailures(m_main, [this, list] { chosen(list); }); });
     }
     fill(1, companies(m_main));
-    setFocusProxy(m_filters.first());
 }
 
 void SelectionPanel::clearPhones()
@@ -38,13 +37,21 @@ void SelectionPanel::clearPhones()
     clear(4);
 }
 
-void SelectionPanel::fillPhones()
+void SelectionPanel::fillPhones(bool propose)
 {
     // First of all: the query can fail, and then nothing of the model before may stay.
     clearPhones();
     fill(3, phonesOf(m_main, company(), equipment()));
+    m_propose = propose;
+    if (!propose)
+        return;
     m_filters[2]->setCurrentIndex(0);
     fillPhoneTo();
+}
+
+int SelectionPanel::phoneCount() const
+{
+    return m_filters[3]->currentIndex() + 1;
 }
 
 QString SelectionPanel::code(int list) const
@@ -95,7 +102,8 @@ void SelectionPanel::fillPhoneTo()
     const QString before = m_filters[3]->currentText();
     fill(4, phonesOf(m_main, company(), equipment(), phoneFrom()));
     const int kept = before.isEmpty() ? -1 : m_filters[3]->findText(before);
-    m_filters[3]->setCurrentIndex(kept >= 0 ? kept : m_filters[3]->count() - 1);
+    const int proposed = m_propose ? m_filters[3]->count() - 1 : 0;
+    m_filters[3]->setCurrentIndex(kept >= 0 ? kept : proposed);
 }
 
 } // namespace velmora

@@ -30,6 +30,17 @@ bool isSubmenu(const QString& control)
                        [&control](const MenuItem& item) { return item.parent == control; });
 }
 
+/// Moves the focus to what Tab would visit first in a window.
+void focusFirstInput(QWidget& window)
+{
+    for (QWidget* next = window.nextInFocusChain(); next != &window; next = next->nextInFocusChain())
+        if (window.isAncestorOf(next) && next->isVisible() && next->isEnabled() &&
+            next->focusPolicy() & Qt::TabFocus) {
+            next->setFocus(Qt::TabFocusReason);
+            return;
+        }
+}
+
 } // namespace
 
 FMain::FMain(MMain& main, const QString& settings)
@@ -145,22 +156,35 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
     const auto existing = std::find_if(children.begin(), children.end(), [&name](QMdiSubWindow* child) {
         return child->widget() && child->widget()->objectName() == name;
     });
-    QMdiSubWindow* child = nullptr;
-    if (existing != children.end()) {
-        child = *existing;
-    } else {
-        child = m_children->addSubWindow(create());
-        child->setAttribute(Qt::WA_DeleteOnClose);
-        child->installEventFilter(this);
-        restoreChild(*child);
-    }
-    if (prepare)
-        prepare(child->widget());
+    const bool isNew = existing == children.end();
+    QMdiSubWindow* child = isNew ? addChild(create()) : *existing;
     if (child->isMinimized())
         child->showNormal();
     else
         child->show();
     m_children->setActiveSubWindow(child);
+    if (isNew)
+        focusFirstInput(*child->widget());
+    if (prepare)
+        prepare(child->widget());
+}
+
+QString FMain::activeChild() const
+{
+    const QMdiSubWindow* child = m_children->activeSubWindow();
+    return child && child->widget() ? child->widget()->objectName() : QString();
+}
+
+QMdiSubWindow* FMain::addChild(QWidget* content)
+{
+    QMdiSubWindow* child = m_children->addSubWindow(content);
+    child->setAttribute(Qt::WA_DeleteOnClose);
+    child->installEventFilter(this);
+    // The menu's Close has the same keys, and of two neither would work.
+    for (QAction* action : child->systemMenu()->actions())
+        action->setShortcut({});
+    restoreChild(*child);
+    return child;
 }
 
 void FMain::closeEvent(QCloseEvent* event)
