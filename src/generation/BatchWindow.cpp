@@ -45,6 +45,9 @@ void BatchWindow::createProgress(const Controls& controls)
     m_list->setObjectName(controls.list);
     m_list->setUniformItemSizes(true);
     m_list->setAccessibleName(m_main.textOr(u"BATCH_LOG"_s, u"Log"_s));
+    m_missing = new QLabel;
+    m_missing->setObjectName(u"Missing"_s);
+    m_missing->setTextFormat(Qt::PlainText);
     m_status = new QLabel;
     m_status->setTextFormat(Qt::PlainText);
     m_status->setAccessibleName(m_main.textOr(u"BATCH_STATUS"_s, u"Status"_s));
@@ -71,6 +74,7 @@ void BatchWindow::createProgress(const Controls& controls)
     buttons->addWidget(m_start);
     buttons->addWidget(m_cancel);
     m_layout->addWidget(m_list, 1);
+    m_layout->addWidget(m_missing);
     m_layout->addWidget(m_status);
     m_layout->addLayout(buttons);
 }
@@ -86,6 +90,8 @@ void BatchWindow::complete()
     translateCaptions(m_main, *this);
     m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
     m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
+    for (const QString& code : {u"M282"_s, u"M283"_s, u"M284"_s, u"M285"_s})
+        m_missingTexts.insert(code, m_main.messageLine(code));
     setTabOrderAsRead();
     setRunning(false);
 }
@@ -120,6 +126,7 @@ void BatchWindow::start()
     });
     const Batch::Run batch(m_main.batch);
     m_list->clear();
+    m_progress->hide();
     showStatus({});
     run();
 }
@@ -203,7 +210,10 @@ void BatchWindow::enableStart()
     const bool free = !m_running && !m_main.batch.running();
     for (QWidget* input : m_inputs)
         input->setEnabled(free);
-    m_start->setEnabled(canStart() && free);
+    const QString lacking = missing();
+    m_start->setEnabled(lacking.isEmpty() && free);
+    // Looked up beforehand: a run can end with its database.
+    m_missing->setText(m_running ? QString() : m_missingTexts.value(free ? lacking : u"M285"_s));
 }
 
 void BatchWindow::showProgress(qsizetype done, qsizetype total)

@@ -53,9 +53,11 @@ QWidget* FRgen::createForm()
     return form;
 }
 
-bool FRgen::canStart() const
+QString FRgen::missing() const
 {
-    return m_company->currentIndex() >= 0 && !m_from->text().isEmpty() && !m_to->text().isEmpty();
+    const bool complete =
+        m_company->currentIndex() >= 0 && !m_from->text().isEmpty() && !m_to->text().isEmpty();
+    return complete ? QString() : u"M284"_s;
 }
 
 void FRgen::run()

@@ -22,7 +22,10 @@ public:
 private:
     void run() override;
     void stop() override;
-    bool canStart() const override { return !m_selection->phoneTo().isEmpty(); }
+    QString missing() const override
+    {
+        return m_selection->phoneCount() > 0 ? QString() : QStringLiteral("M284");
+    }
     bool startsByReturn() const override { return false; } // one key must not restart a company
     void phonesChosen();
     RunReport reportOfReboot();

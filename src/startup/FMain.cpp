@@ -7,11 +7,13 @@
 #include "startup/version.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QCloseEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 
@@ -28,6 +30,15 @@ bool isSubmenu(const QString& control)
 {
     return std::any_of(menuItems().begin(), menuItems().end(),
                        [&control](const MenuItem& item) { return item.parent == control; });
+}
+
+/// Makes a child as small, and moves it as far, as it takes to lie inside. The main window may have been
+/// larger when its place was kept.
+void moveInside(QMdiSubWindow& child, const QRect& area)
+{
+    child.resize(child.size().boundedTo(area.size()));
+    child.move(std::clamp(child.x(), 0, std::max(0, area.width() - child.width())),
+               std::clamp(child.y(), 0, std::max(0, area.height() - child.height())));
 }
 
 /// Moves the focus to what Tab would visit first in a window.
@@ -55,7 +66,7 @@ FMain::FMain(MMain& main, const QString& settings)
     translateTitle();
     createMenu();
     setActions({});
-    resize(1100, 760);
+    resize(QSize(1100, 760).boundedTo(screen()->availableSize()));
     if (!m_settings.isEmpty())
         restoreGeometry(QSettings(m_settings, QSettings::IniFormat).value(u"FMain"_s).toByteArray());
     connect(&m_main.batch, &Batch::runningChanged, this, [this](bool running) {
@@ -107,6 +118,19 @@ void FMain::createWindowsMenu()
     add(u"WINDOWS_CASCADE"_s, u"Cascade"_s, {}, &QMdiArea::cascadeSubWindows);
     add(u"WINDOWS_NEXT"_s, u"Next"_s, Qt::Key_F6, &QMdiArea::activateNextSubWindow);
     add(u"WINDOWS_CLOSE"_s, u"Close"_s, Qt::CTRL | Qt::Key_W, &QMdiArea::closeActiveSubWindow);
+    auto* windows = new QActionGroup(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, windows] {
+        qDeleteAll(windows->actions());
+        if (!m_children->subWindowList().isEmpty())
+            windows->addAction(menu->addSeparator());
+        for (QMdiSubWindow* child : m_children->subWindowList()) {
+            QAction* action = menu->addAction(child->windowTitle(), this,
+                                              [this, child] { m_children->setActiveSubWindow(child); });
+            action->setCheckable(true);
+            action->setChecked(child == m_children->activeSubWindow());
+            windows->addAction(action);
+        }
+    });
 }
 
 void FMain::restoreChild(QMdiSubWindow& child)
@@ -115,8 +139,7 @@ void FMain::restoreChild(QMdiSubWindow& child)
         return;
     const QRect kept =
         QSettings(m_settings, QSettings::IniFormat).value(child.widget()->objectName()).toRect();
-    // The main window may have been larger then.
-    if (kept.isValid() && m_children->viewport()->rect().contains(kept.topLeft()))
+    if (kept.isValid())
         child.setGeometry(kept);
 }
 
@@ -163,8 +186,10 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
     else
         child->show();
     m_children->setActiveSubWindow(child);
-    if (isNew)
+    if (isNew) {
+        moveInside(*child, m_children->viewport()->rect());
         focusFirstInput(*child->widget());
+    }
     if (prepare)
         prepare(child->widget());
 }
