@@ -14,7 +14,10 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QStandardPaths>
+#include <QTranslator>
 
 #include <memory>
 
@@ -64,6 +67,15 @@ QIcon programIcon()
     return icon;
 }
 
+/// Makes Qt's own buttons and dialogs speak that language; where its texts are missing they stay English.
+void translateDialogs(QApplication& application, const QString& language)
+{
+    auto* translator = new QTranslator(&application);
+    if (translator->load(QLocale(language.toLower()), u"qtbase"_s, u"_"_s,
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(translator);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -79,6 +91,7 @@ int main(int argc, char** argv)
     MMain mainModule(programFolder(chosen), desktopPrompts());
     if (!fillProgramFolder(mainModule, chosen) || !StartUp(mainModule, systemUserName()))
         return 3;
+    translateDialogs(application, mainModule.language);
 
     std::unique_ptr<FMain> window;
     const bool made = reportFailures(mainModule, [&] {

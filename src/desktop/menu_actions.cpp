@@ -15,6 +15,21 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
+namespace {
+
+/// The chapter of the manual that tells about a window; empty for the others.
+QString chapterOf(const QString& window)
+{
+    static const QHash<QString, QString> chapters = {
+        {u"FParameters"_s, u"editor"_s}, {u"FGenerate"_s, u"generate"_s}, {u"FRgen"_s, u"ranges"_s},
+        {u"FReboot"_s, u"reboot"_s},     {u"FPBGen"_s, u"phonebook"_s},   {u"FPBImp"_s, u"phonebook"_s},
+        {u"FPBExp"_s, u"phonebook"_s},
+    };
+    return chapters.value(window);
+}
+
+} // namespace
+
 FMain::Actions menuActions(FMain& window, MMain& main)
 {
     const auto shows = [&window](const QString& name, const std::function<QWidget*()>& create) {
@@ -35,11 +50,10 @@ FMain::Actions menuActions(FMain& window, MMain& main)
         {u"Reboot"_s, shows(u"FReboot"_s, [&main] { return new FReboot(main); })},
         {u"Help1"_s,
          [&window, &main] {
+             const QString chapter = chapterOf(window.activeChild());
              window.showChild(
                  u"frmBrowser"_s, [&main] { return new frmBrowser(main); },
-                 [&main](QWidget* browser) {
-                     static_cast<frmBrowser*>(browser)->navigate(manualAddress(main.programFolder));
-                 });
+                 [&chapter](QWidget* browser) { static_cast<frmBrowser*>(browser)->showManual(chapter); });
          }},
         {u"About"_s, shows(u"frmAbout"_s, [&main] { return new frmAbout(main); })},
     };

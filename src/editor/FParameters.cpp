@@ -77,7 +77,6 @@ FParameters::FParameters(MMain& main, QWidget* parent)
     bold.setBold(true);
     m_error->setFont(bold);
     m_panel->hide();
-    setFocusProxy(m_list);
     createActions();
     translate();
     createTabs();

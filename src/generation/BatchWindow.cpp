@@ -44,13 +44,19 @@ void BatchWindow::createProgress(const Controls& controls)
     m_list = new QListWidget;
     m_list->setObjectName(controls.list);
     m_list->setUniformItemSizes(true);
+    m_list->setAccessibleName(m_main.textOr(u"BATCH_LOG"_s, u"Log"_s));
+    m_missing = new QLabel;
+    m_missing->setObjectName(u"Missing"_s);
+    m_missing->setTextFormat(Qt::PlainText);
     m_status = new QLabel;
     m_status->setTextFormat(Qt::PlainText);
+    m_status->setAccessibleName(m_main.textOr(u"BATCH_STATUS"_s, u"Status"_s));
     m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_status->hide();
     m_progress = new QProgressBar;
     m_progress->setObjectName(u"Progress"_s);
     m_progress->setFormat(u"%v / %m"_s);
+    m_progress->setAccessibleName(m_main.textOr(u"BATCH_PROGRESS"_s, u"Progress"_s));
     QSizePolicy keptPlace = m_progress->sizePolicy();
     keptPlace.setRetainSizeWhenHidden(true);
     m_progress->setSizePolicy(keptPlace);
@@ -68,6 +74,7 @@ void BatchWindow::createProgress(const Controls& controls)
     buttons->addWidget(m_start);
     buttons->addWidget(m_cancel);
     m_layout->addWidget(m_list, 1);
+    m_layout->addWidget(m_missing);
     m_layout->addWidget(m_status);
     m_layout->addLayout(buttons);
 }
@@ -83,8 +90,31 @@ void BatchWindow::complete()
     translateCaptions(m_main, *this);
     m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
     m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
-    setFocusProxy(m_inputs.first());
+    for (const QString& code : {u"M282"_s, u"M283"_s, u"M284"_s, u"M285"_s})
+        m_missingTexts.insert(code, m_main.messageLine(code));
+    setTabOrderAsRead();
     setRunning(false);
+}
+
+/// Tab goes through the inputs, the list, the start button and Cancel. The list was made before the inputs.
+void BatchWindow::setTabOrderAsRead()
+{
+    QWidget* before = nullptr;
+    const auto append = [&before](QWidget* next) {
+        if (before)
+            setTabOrder(before, next);
+        before = next;
+    };
+    for (QWidget* input : m_inputs) {
+        if (input->focusPolicy() != Qt::NoFocus)
+            append(input);
+        for (QWidget* part : input->findChildren<QWidget*>())
+            if (part->focusPolicy() != Qt::NoFocus && !part->isWindow())
+                append(part);
+    }
+    for (QWidget* control :
+         {static_cast<QWidget*>(m_list), static_cast<QWidget*>(m_start), static_cast<QWidget*>(m_cancel)})
+        append(control);
 }
 
 void BatchWindow::start()
@@ -96,6 +126,7 @@ void BatchWindow::start()
     });
     const Batch::Run batch(m_main.batch);
     m_list->clear();
+    m_progress->hide();
     showStatus({});
     run();
 }
@@ -143,7 +174,8 @@ void BatchWindow::keyPressEvent(QKeyEvent* event)
         return;
     if (event->key() == Qt::Key_Escape)
         m_cancel->click();
-    else if (!m_running && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+    else if (!m_running && startsByReturn() &&
+             (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
         m_start->click();
     else
         QWidget::keyPressEvent(event);
@@ -164,7 +196,8 @@ void BatchWindow::setRunning(bool running)
     if (running)
         m_cancel->setFocus();
     enableStart();
-    if (!running && m_cancel->hasFocus())
+    // Also where a message box of the run has the focus at the moment, and gives it back.
+    if (!running && focusWidget() == m_cancel)
         m_start->setFocus();
     if (!running && std::exchange(m_closeAfterRun, false))
         QMetaObject::invokeMethod(this, &BatchWindow::closeWindow, Qt::QueuedConnection);
@@ -177,7 +210,10 @@ void BatchWindow::enableStart()
     const bool free = !m_running && !m_main.batch.running();
     for (QWidget* input : m_inputs)
         input->setEnabled(free);
-    m_start->setEnabled(canStart() && free);
+    const QString lacking = missing();
+    m_start->setEnabled(lacking.isEmpty() && free);
+    // Looked up beforehand: a run can end with its database.
+    m_missing->setText(m_running ? QString() : m_missingTexts.value(free ? lacking : u"M285"_s));
 }
 
 void BatchWindow::showProgress(qsizetype done, qsizetype total)

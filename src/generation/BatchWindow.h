@@ -43,9 +43,13 @@ protected:
     virtual void run() = 0;
     /// Makes the run that is going on end soon.
     virtual void stop() = 0;
-    /// Whether the inputs describe a run.
-    virtual bool canStart() const = 0;
+    /// The message that tells what a run still needs (M282 to M284); empty when the inputs describe one.
+    virtual QString missing() const = 0;
     void enableStart();
+    /// Says on the start button what a click would do now.
+    void setStartCaption(const QString& caption) { m_start->setText(caption); }
+    /// Whether Return in an input starts the run, or only the button does.
+    virtual bool startsByReturn() const { return true; }
 
     /// What a run is given to report here. Window events run as often as needed to keep the window
     /// responsive.
@@ -67,11 +71,15 @@ private:
     void cancel();
     void closeWindow();
     void setRunning(bool running);
+    void setTabOrderAsRead();
     void showLines();
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;
     QListWidget* m_list;
+    /// What keeps the start button from being used.
+    QLabel* m_missing;
+    QHash<QString, QString> m_missingTexts;
     QLabel* m_status;
     QProgressBar* m_progress;
     QPushButton* m_start;

@@ -106,6 +106,13 @@ void FGenerate::run()
              report());
 }
 
+QString FGenerate::missing() const
+{
+    if (m_selection->equipment().isEmpty())
+        return u"M282"_s;
+    return m_folderExists ? QString() : u"M283"_s;
+}
+
 void FGenerate::stop()
 {
     m_main.stopFlag = true;

@@ -27,7 +27,7 @@ private:
 
     void run() override;
     void stop() override;
-    bool canStart() const override { return m_folderExists; }
+    QString missing() const override;
 
     Levels levels() const;
 

@@ -50,13 +50,14 @@ QWidget* FRgen::createForm()
         box->setValidator(new QRegularExpressionValidator(digits, box));
     m_remove->setObjectName(u"DelAll"_s);
     layout->addRow(m_remove);
-    form->setFocusProxy(m_company);
     return form;
 }
 
-bool FRgen::canStart() const
+QString FRgen::missing() const
 {
-    return m_company->currentIndex() >= 0 && !m_from->text().isEmpty() && !m_to->text().isEmpty();
+    const bool complete =
+        m_company->currentIndex() >= 0 && !m_from->text().isEmpty() && !m_to->text().isEmpty();
+    return complete ? QString() : u"M284"_s;
 }
 
 void FRgen::run()

@@ -19,7 +19,7 @@ private:
     QWidget* createForm();
     void run() override;
     void stop() override;
-    bool canStart() const override;
+    QString missing() const override;
 
     QComboBox* m_company;
     QLineEdit* m_from;

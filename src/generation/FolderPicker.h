@@ -28,10 +28,15 @@ Q_SIGNALS:
 
 private:
     void browse();
+    void create();
+    void noteExistence();
 
     MMain& m_main;
     QLabel* m_folder;
     QPushButton* m_browse;
+    /// Makes the folder; there only where it does not exist.
+    QPushButton* m_create;
+    bool m_existed = false;
 };
 
 } // namespace velmora

@@ -3,11 +3,33 @@
 #include "startup/MMain.h"
 #include "startup/failure_report.h"
 
+#include <QCompleter>
 #include <QFormLayout>
+#include <QLineEdit>
 
 using namespace Qt::StringLiterals;
 
 namespace velmora {
+
+namespace {
+
+/// Finds entries by any part of their text. What is typed and is no entry is given up.
+void makeSearchable(QComboBox& list)
+{
+    list.setEditable(true);
+    list.setInsertPolicy(QComboBox::NoInsert);
+    list.completer()->setFilterMode(Qt::MatchContains);
+    list.completer()->setCompletionMode(QCompleter::PopupCompletion);
+    list.setMaxVisibleItems(20);
+    list.setStyleSheet(
+        u"QComboBox { combobox-popup: 0; }"_s); // a list of that height, not one of the whole screen
+    QObject::connect(list.lineEdit(), &QLineEdit::editingFinished, &list, [&list] {
+        if (list.findText(list.currentText(), Qt::MatchFixedString) < 0)
+            list.setEditText(list.itemText(list.currentIndex()));
+    });
+}
+
+} // namespace
 
 SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidget(parent), m_main(main)
 {
@@ -20,6 +42,7 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
         filter->setObjectName(u"Filter_%1"_s.arg(list));
         filter->setEnabled(list == 1);
         filter->setMinimumContentsLength(30);
+        makeSearchable(*filter);
         auto* label = new QLabel(captions[list - 1]);
         label->setObjectName(u"FLab_%1"_s.arg(list));
         label->setBuddy(filter);
@@ -29,7 +52,6 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
                 [this, list] { reportFailures(m_main, [this, list] { chosen(list); }); });
     }
     fill(1, companies(m_main));
-    setFocusProxy(m_filters.first());
 }
 
 void SelectionPanel::clearPhones()
@@ -38,18 +60,28 @@ void SelectionPanel::clearPhones()
     clear(4);
 }
 
-void SelectionPanel::fillPhones()
+void SelectionPanel::fillPhones(bool propose)
 {
     // First of all: the query can fail, and then nothing of the model before may stay.
     clearPhones();
     fill(3, phonesOf(m_main, company(), equipment()));
+    m_propose = propose;
+    if (!propose)
+        return;
     m_filters[2]->setCurrentIndex(0);
     fillPhoneTo();
 }
 
+int SelectionPanel::phoneCount() const
+{
+    return m_filters[3]->currentIndex() + 1;
+}
+
 QString SelectionPanel::code(int list) const
 {
-    return list > m_filters.size() ? QString() : codeOf(m_filters[list - 1]->currentText());
+    return list > m_filters.size()
+               ? QString()
+               : codeOf(m_filters[list - 1]->itemText(m_filters[list - 1]->currentIndex()));
 }
 
 void SelectionPanel::chosen(int list)
@@ -92,10 +124,11 @@ void SelectionPanel::fill(int list, const QList<ListEntry>& entries)
 
 void SelectionPanel::fillPhoneTo()
 {
-    const QString before = m_filters[3]->currentText();
+    const QString before = m_filters[3]->itemText(m_filters[3]->currentIndex());
     fill(4, phonesOf(m_main, company(), equipment(), phoneFrom()));
     const int kept = before.isEmpty() ? -1 : m_filters[3]->findText(before);
-    m_filters[3]->setCurrentIndex(kept >= 0 ? kept : m_filters[3]->count() - 1);
+    const int proposed = m_propose ? m_filters[3]->count() - 1 : 0;
+    m_filters[3]->setCurrentIndex(kept >= 0 ? kept : proposed);
 }
 
 } // namespace velmora

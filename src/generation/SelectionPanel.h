@@ -26,8 +26,10 @@ public:
 
     /// Empties and disables the lists of phones.
     void clearPhones();
-    /// Fills the lists of phones with the company's phones of the model, and proposes all of them.
-    void fillPhones();
+    /// Fills the lists of phones with the company's phones of the model, and proposes all of them or none.
+    void fillPhones(bool propose = true);
+    /// How many phones are chosen.
+    int phoneCount() const;
 
 Q_SIGNALS:
     void companyChosen();
@@ -43,6 +45,8 @@ private:
     void fillPhoneTo();
 
     MMain& m_main;
+    /// Whether the widest range is proposed, or just the first phone that is chosen.
+    bool m_propose = true;
     /// `Filter` 1 to 4 at the places 0 to 3.
     QList<QComboBox*> m_filters;
 };

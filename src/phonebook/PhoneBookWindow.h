@@ -20,7 +20,7 @@ protected:
 
     PhoneBookRequest request() const;
     void stop() override;
-    bool canStart() const override { return m_chosen; }
+    QString missing() const override { return m_chosen ? QString() : QStringLiteral("M282"); }
 
 private:
     void choose();

@@ -13,19 +13,31 @@ FReboot::FReboot(MMain& main, quint16 port)
     : BatchWindow(main, u"FReboot"_s, u"Velmora Reboot"_s, {u"Lb1"_s, u"Ok"_s, u"Reboot"_s}),
       m_selection(new SelectionPanel(main, 4)),
       m_waitIfBusy(new QCheckBox(u"Wait if Busy"_s)),
-      m_reboot(main, port, reportOfReboot())
+      m_reboot(main, port, reportOfReboot()),
+      m_caption(main.textOr(u"FREBOOT_OK"_s, u"Reboot"_s)),
+      m_captionOfOne(main.messageLine(u"M280"_s)),
+      m_captionOfMore(main.messageLine(u"M281"_s, u"$$"_s))
 {
     m_waitIfBusy->setObjectName(u"Cbusy"_s);
     addInput(m_selection);
     addInput(m_waitIfBusy);
-    connect(m_selection, &SelectionPanel::companyChosen, this, &FReboot::enableStart);
+    connect(m_selection, &SelectionPanel::companyChosen, this, &FReboot::phonesChosen);
     connect(m_selection, &SelectionPanel::equipmentChosen, this, [this] {
-        reportFailures(m_main, [this] { m_selection->fillPhones(); });
-        enableStart();
+        reportFailures(m_main, [this] { m_selection->fillPhones(false); });
+        phonesChosen();
     });
-    connect(m_selection, &SelectionPanel::rangeChosen, this, &FReboot::enableStart);
+    connect(m_selection, &SelectionPanel::rangeChosen, this, &FReboot::phonesChosen);
     connect(&m_everySecond, &QTimer::timeout, this, &FReboot::showVisit);
     complete();
+}
+
+/// Says on the button how many phones it would restart.
+void FReboot::phonesChosen()
+{
+    const int phones = m_selection->phoneCount();
+    QString caption = phones == 0 ? m_caption : phones == 1 ? m_captionOfOne : m_captionOfMore;
+    setStartCaption(caption.replace("$$"_L1, QString::number(phones)));
+    enableStart();
 }
 
 /// The run waits for its devices with window events running, so none have to run for its progress.

@@ -22,7 +22,12 @@ public:
 private:
     void run() override;
     void stop() override;
-    bool canStart() const override { return !m_selection->phoneTo().isEmpty(); }
+    QString missing() const override
+    {
+        return m_selection->phoneCount() > 0 ? QString() : QStringLiteral("M284");
+    }
+    bool startsByReturn() const override { return false; } // one key must not restart a company
+    void phonesChosen();
     RunReport reportOfReboot();
     void showVisit();
 
@@ -32,6 +37,10 @@ private:
     QElapsedTimer m_sinceStart;
     QTimer m_everySecond;
     QString m_summary;
+    /// What the start button says without phones, with one and with more.
+    QString m_caption;
+    QString m_captionOfOne;
+    QString m_captionOfMore;
 };
 
 } // namespace velmora

@@ -7,11 +7,13 @@
 #include "startup/version.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QCloseEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 
@@ -30,6 +32,26 @@ bool isSubmenu(const QString& control)
                        [&control](const MenuItem& item) { return item.parent == control; });
 }
 
+/// Makes a child as small, and moves it as far, as it takes to lie inside. The main window may have been
+/// larger when its place was kept.
+void moveInside(QMdiSubWindow& child, const QRect& area)
+{
+    child.resize(child.size().boundedTo(area.size()));
+    child.move(std::clamp(child.x(), 0, std::max(0, area.width() - child.width())),
+               std::clamp(child.y(), 0, std::max(0, area.height() - child.height())));
+}
+
+/// Moves the focus to what Tab would visit first in a window.
+void focusFirstInput(QWidget& window)
+{
+    for (QWidget* next = window.nextInFocusChain(); next != &window; next = next->nextInFocusChain())
+        if (window.isAncestorOf(next) && next->isVisible() && next->isEnabled() &&
+            next->focusPolicy() & Qt::TabFocus) {
+            next->setFocus(Qt::TabFocusReason);
+            return;
+        }
+}
+
 } // namespace
 
 FMain::FMain(MMain& main, const QString& settings)
@@ -44,7 +66,7 @@ FMain::FMain(MMain& main, const QString& settings)
     translateTitle();
     createMenu();
     setActions({});
-    resize(1100, 760);
+    resize(QSize(1100, 760).boundedTo(screen()->availableSize()));
     if (!m_settings.isEmpty())
         restoreGeometry(QSettings(m_settings, QSettings::IniFormat).value(u"FMain"_s).toByteArray());
     connect(&m_main.batch, &Batch::runningChanged, this, [this](bool running) {
@@ -96,6 +118,19 @@ void FMain::createWindowsMenu()
     add(u"WINDOWS_CASCADE"_s, u"Cascade"_s, {}, &QMdiArea::cascadeSubWindows);
     add(u"WINDOWS_NEXT"_s, u"Next"_s, Qt::Key_F6, &QMdiArea::activateNextSubWindow);
     add(u"WINDOWS_CLOSE"_s, u"Close"_s, Qt::CTRL | Qt::Key_W, &QMdiArea::closeActiveSubWindow);
+    auto* windows = new QActionGroup(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, windows] {
+        qDeleteAll(windows->actions());
+        if (!m_children->subWindowList().isEmpty())
+            windows->addAction(menu->addSeparator());
+        for (QMdiSubWindow* child : m_children->subWindowList()) {
+            QAction* action = menu->addAction(child->windowTitle(), this,
+                                              [this, child] { m_children->setActiveSubWindow(child); });
+            action->setCheckable(true);
+            action->setChecked(child == m_children->activeSubWindow());
+            windows->addAction(action);
+        }
+    });
 }
 
 void FMain::restoreChild(QMdiSubWindow& child)
@@ -104,8 +139,7 @@ void FMain::restoreChild(QMdiSubWindow& child)
         return;
     const QRect kept =
         QSettings(m_settings, QSettings::IniFormat).value(child.widget()->objectName()).toRect();
-    // The main window may have been larger then.
-    if (kept.isValid() && m_children->viewport()->rect().contains(kept.topLeft()))
+    if (kept.isValid())
         child.setGeometry(kept);
 }
 
@@ -145,22 +179,37 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
     const auto existing = std::find_if(children.begin(), children.end(), [&name](QMdiSubWindow* child) {
         return child->widget() && child->widget()->objectName() == name;
     });
-    QMdiSubWindow* child = nullptr;
-    if (existing != children.end()) {
-        child = *existing;
-    } else {
-        child = m_children->addSubWindow(create());
-        child->setAttribute(Qt::WA_DeleteOnClose);
-        child->installEventFilter(this);
-        restoreChild(*child);
-    }
-    if (prepare)
-        prepare(child->widget());
+    const bool isNew = existing == children.end();
+    QMdiSubWindow* child = isNew ? addChild(create()) : *existing;
     if (child->isMinimized())
         child->showNormal();
     else
         child->show();
     m_children->setActiveSubWindow(child);
+    if (isNew) {
+        moveInside(*child, m_children->viewport()->rect());
+        focusFirstInput(*child->widget());
+    }
+    if (prepare)
+        prepare(child->widget());
+}
+
+QString FMain::activeChild() const
+{
+    const QMdiSubWindow* child = m_children->activeSubWindow();
+    return child && child->widget() ? child->widget()->objectName() : QString();
+}
+
+QMdiSubWindow* FMain::addChild(QWidget* content)
+{
+    QMdiSubWindow* child = m_children->addSubWindow(content);
+    child->setAttribute(Qt::WA_DeleteOnClose);
+    child->installEventFilter(this);
+    // The menu's Close has the same keys, and of two neither would work.
+    for (QAction* action : child->systemMenu()->actions())
+        action->setShortcut({});
+    restoreChild(*child);
+    return child;
 }
 
 void FMain::closeEvent(QCloseEvent* event)

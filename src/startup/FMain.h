@@ -25,10 +25,13 @@ public:
     /// Sets what each menu item does, by control name, and enables what the user may use.
     void setActions(const Actions& actions);
 
-    /// Shows the child window of that name, made by `create` unless it exists already, once `prepare` has
-    /// been called with it.
+    /// Shows the child window of that name, made by `create` unless it exists already, and calls `prepare`
+    /// with it. A new one has the focus in its first input.
     void showChild(const QString& name, const std::function<QWidget*()>& create,
                    const std::function<void(QWidget*)>& prepare = {});
+
+    /// The name of the child that the user works in; empty where there is none.
+    QString activeChild() const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -40,6 +43,7 @@ private:
     void restoreChild(QMdiSubWindow& child);
     void keepChild(const QMdiSubWindow& child);
     void translateTitle();
+    QMdiSubWindow* addChild(QWidget* content);
     QString hint(const QString& control, bool exists);
 
     MMain& m_main;

@@ -54,7 +54,6 @@ frmAbout::frmAbout(MMain& main)
 
     translateCaptions(main, *this);
     setWindowTitle(u"À propos de Velmora"_s);
-    setFocusProxy(ok);
     connect(ok, &QPushButton::clicked, this, &frmAbout::closeWindow);
     connect(systemInfo, &QPushButton::clicked, this,
             [&main] { reportFailures(main, [&main] { StartSysInfo(main); }); });

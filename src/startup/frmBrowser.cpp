@@ -1,6 +1,7 @@
 #include "startup/frmBrowser.h"
 
 #include "files/ansi.h"
+#include "files/stored_path.h"
 #include "startup/MMain.h"
 #include "startup/captions.h"
 
@@ -77,7 +78,6 @@ frmBrowser::frmBrowser(MMain& main)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(createAddressRow());
     layout->addWidget(m_page, 1);
-    setFocusProxy(m_page);
     translateCaptions(m_main, *this);
     m_caption = windowTitle();
     m_timer.setInterval(captionInterval);
@@ -85,8 +85,10 @@ frmBrowser::frmBrowser(MMain& main)
     connect(m_page, &QTextBrowser::anchorClicked, this,
             [this](const QUrl& link) { go(m_shown.resolved(link)); });
     connect(m_addresses, &QComboBox::activated, this, [this] { navigate(m_addresses->currentText()); });
-    connect(m_addresses->lineEdit(), &QLineEdit::returnPressed, this,
-            [this] { navigate(m_addresses->currentText()); });
+    connect(m_addresses->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+        navigate(m_addresses->currentText());
+        m_page->setFocus();
+    });
 }
 
 QWidget* frmBrowser::createAddressRow()
@@ -133,6 +135,19 @@ void frmBrowser::navigate(const QString& address)
         go(url);
     else
         showErrorPage(QUrl(), address);
+}
+
+void frmBrowser::showManual(const QString& chapter)
+{
+    const QString page = pathIn(m_main.programFolder, "manual/"_L1 + m_main.language.toLower() + ".htm"_L1);
+    if (chapter.isEmpty() || !QFile::exists(page)) {
+        navigate(manualAddress(m_main.programFolder));
+    } else {
+        QUrl address = QUrl::fromLocalFile(page);
+        address.setFragment(chapter);
+        go(address);
+    }
+    m_page->setFocus();
 }
 
 void frmBrowser::go(const QUrl& address)
@@ -256,6 +271,8 @@ void frmBrowser::keyPressEvent(QKeyEvent* event)
         goBack();
     else if (event->matches(QKeySequence::Forward))
         goForward();
+    else if (event->key() == Qt::Key_Escape)
+        (parentWidget() ? parentWidget() : this)->close();
     else
         QWidget::keyPressEvent(event);
 }

@@ -27,6 +27,10 @@ public:
     /// Shows the page of an address as a user would type it.
     void navigate(const QString& address);
 
+    /// Shows the manual of the program folder: its chapter of that name in the current language, else its
+    /// first page.
+    void showManual(const QString& chapter = {});
+
     QSize sizeHint() const override { return {820, 620}; }
 
 protected:

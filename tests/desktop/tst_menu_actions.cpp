@@ -1,6 +1,7 @@
 // Every item of the main window's menu opens its window, in both languages, over a database as the program
 // creates it.
 #include "desktop/menu_actions.h"
+#include "files/whole_file.h"
 #include "startup/MMain.h"
 #include "startup/menu.h"
 #include "startup/start_up.h"
@@ -9,9 +10,13 @@
 #include "support/rows.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QTest>
+#include <QTextBrowser>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -35,6 +40,10 @@ void tst_menu_actions::opensEveryWindow()
 {
     QFETCH(QString, language);
     const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
+    const QString page = "manual/"_L1 + language.toLower() + ".htm"_L1;
+    const QByteArray manual = readWholeFile(QStringLiteral(VELMORA_SHARE "/") + page);
+    QVERIFY(QDir(folder.path()).mkdir(u"manual"_s));
+    folder.write(page, manual);
     RecordedPrompts user;
     QVERIFY(!StartUp(*std::make_unique<MMain>(folder.path(), user.prompts()), u"jdoe"_s));
     MMain main(folder.path(), user.prompts());
@@ -45,7 +54,10 @@ void tst_menu_actions::opensEveryWindow()
     FMain window(main);
     window.setActions(menuActions(window, main));
     window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    auto* help = window.findChild<QAction*>(u"Help1"_s);
     QStringList titles;
+    QStringList chapters;
     for (const MenuItem& item : menuItems()) {
         auto* action = window.findChild<QAction*>(item.control);
         QVERIFY2(action->isEnabled(), qPrintable(item.control));
@@ -54,10 +66,24 @@ void tst_menu_actions::opensEveryWindow()
             const QMdiSubWindow* opened = window.findChild<QMdiArea*>()->activeSubWindow();
             QVERIFY2(opened && opened->isVisible(), qPrintable(item.control));
             titles << opened->windowTitle();
+            const QWidget* focus = QApplication::focusWidget();
+            QVERIFY2(opened->isAncestorOf(focus), qPrintable(item.control));
+            QVERIFY2(focus->focusPolicy() & Qt::TabFocus, qPrintable(item.control));
+            // Help tells about the window that it is called from, and Page Down reads on there.
+            help->trigger();
+            const auto* browser = window.findChild<QWidget*>(u"frmBrowser"_s);
+            QCOMPARE(QApplication::focusWidget(), browser->findChild<QTextBrowser*>());
+            QTRY_VERIFY(!browser->findChild<QComboBox*>()->currentText().isEmpty());
+            chapters << browser->findChild<QComboBox*>()->currentText().section(u'#', 1);
+            QVERIFY(chapters.last().isEmpty() ||
+                    manual.contains("<a name=\"" + chapters.last().toUtf8() + '"'));
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+            QTRY_VERIFY(!window.findChild<QWidget*>(u"frmBrowser"_s));
         }
     }
     QCOMPARE(titles.size(), 9);
     QCOMPARE(titles.removeDuplicates(), 0);
+    QCOMPARE(chapters.join(u' '), u"editor generate phonebook phonebook phonebook ranges reboot  "_s);
     QCOMPARE(user.shown, QStringList());
 }
 

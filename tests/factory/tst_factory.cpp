@@ -156,6 +156,7 @@ void tst_factory::opensEveryControlByAKeyOfItsOwn()
             // A record is deleted by the second of two buttons of that name, while the first can't be used.
             QStringList controls = window == "FPARAMETERS"_L1 ? QStringList({u"OK_INS"_s, u"OK_UPD"_s})
                                                               : QStringList(u"CANCEL_END"_s);
+            controls << u"WINDOWS"_s;
             for (const MenuItem& item : menuItems())
                 if (item.parent.isEmpty())
                     controls << "FMAIN_"_L1 + item.control.toUpper();
