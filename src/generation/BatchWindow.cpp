@@ -109,7 +109,7 @@ void BatchWindow::setTabOrderAsRead()
         if (input->focusPolicy() != Qt::NoFocus)
             append(input);
         for (QWidget* part : input->findChildren<QWidget*>())
-            if (part->focusPolicy() != Qt::NoFocus && !part->isWindow())
+            if (part->focusPolicy() != Qt::NoFocus && part->window() == window())
                 append(part);
     }
     for (QWidget* control :
