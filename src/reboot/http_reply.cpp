@@ -25,8 +25,8 @@ struct HeaderLine {
     bool isEnded = false;
 };
 
-/// The header lines of that name, in lower case, of a head, with their continuations. A line ends with LF; CR
-/// and NUL have no place in a value.
+/// The header lines of that name, in lower case, of a head, with their continuations. A line ends with LF;
+/// what follows a CR before it has no place in a value, and nor has NUL.
 QList<HeaderLine> headerLines(const QString& reply, QLatin1StringView name)
 {
     QList<HeaderLine> lines;
@@ -44,8 +44,8 @@ QList<HeaderLine> headerLines(const QString& reply, QLatin1StringView name)
             isWanted = colon >= 0 && line.first(colon).trimmed().compare(name, Qt::CaseInsensitive) == 0;
         if (!isWanted)
             continue;
-        QString value = (continues ? line : line.sliced(colon + 1)).toString();
-        value = value.replace(u'\r', u' ').replace(u'\0', u' ').trimmed();
+        QString value = (continues ? line : line.sliced(colon + 1)).toString().replace(u'\0', u' ');
+        value = value.left(value.indexOf(u'\r')).trimmed();
         if (!continues)
             lines << HeaderLine{};
         else
@@ -198,6 +198,9 @@ void HttpReply::takeLine()
 
 void HttpReply::takeHeadLine(bool isBlank)
 {
+    const bool isFirst = m_kept.indexOf('\n') == m_kept.size() - 1;
+    if (!isFirst && !isBlank)
+        return;
     const int status = statusOf(QString::fromLatin1(m_kept.left(longestLine)));
     if (status == 0) {
         m_state = State::UntilClose;
