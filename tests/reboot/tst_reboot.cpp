@@ -65,7 +65,7 @@ private Q_SLOTS:
 
 private:
     /// A phone of company C1 whose device is at 127.0.0.`last` and has the password "secret".
-    void addDevice(const QString& equipment, const QString& code, int last, const QString& module = {});
+    void addDevice(const QString& equipment, const QString& code, int last);
     RebootCounts run(const QString& equipment, quint16 port, bool wait = false);
     RunReport report();
 
@@ -75,38 +75,28 @@ private:
 
 void tst_reboot::init()
 {
-    m_database = std::make_unique<TestDatabase>();
-    for (const QString& model : {u"GXP2000"_s, u"PAP2"_s, u"F1000"_s, u"OTHER"_s}) {
-        const QStringList keys = model == "GXP2000"_L1
-                                     ? QStringList({u"IP1"_s, u"IP2"_s, u"IP3"_s, u"IP4"_s, u"EPWD"_s})
-                                     : QStringList({u"IP1"_s, u"EPWD"_s});
-        for (const QString& key : keys)
-            m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$%1', '$$%2', 'p%2')"_s.arg(model, key));
-    }
     m_lines.clear();
+    m_database = std::make_unique<TestDatabase>();
+    const auto add = [this](const QString& model, const QString& key, const QString& level,
+                            const QString& value) {
+        m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$%1', '$$%2', 'p%2')"_s.arg(model, key));
+        m_database->addParameter(model, u'p' + key, level, value);
+    };
+    for (const QString& model : {u"GXP2000"_s, u"PAP2"_s, u"F1000"_s}) {
+        add(model, u"EPWD"_s, u"E"_s, u"secret"_s);
+        add(model, u"IP1"_s, model == "GXP2000"_L1 ? u"E"_s : u"P"_s, u"127"_s);
+    }
+    add(u"GXP2000"_s, u"IP2"_s, u"E"_s, u"0"_s);
+    add(u"GXP2000"_s, u"IP3"_s, u"E"_s, u"0"_s);
+    add(u"GXP2000"_s, u"IP4"_s, u"P"_s, {});
 }
 
-void tst_reboot::addDevice(const QString& equipment, const QString& code, int last, const QString& module)
+void tst_reboot::addDevice(const QString& equipment, const QString& code, int last)
 {
     m_database->addPhone(u"C1"_s, equipment, code, "phone "_L1 + code, u"000000000000"_s);
-    const bool isGXP2000 = equipment == "GXP2000"_L1;
-    const QString usual = isGXP2000 ? u"GRANDSTREAM"_s : equipment;
-    m_database->run(u"UPDATE EQUIPMENT SET EQ_MODULE = '%1' WHERE EQ_CODE = '%2'"_s.arg(
-        module.isEmpty() ? usual : module, equipment));
-    const QString whole = u"127.0.0.%1"_s.arg(last);
-    const QStringList address = isGXP2000 ? whole.split(u'.') : QStringList(whole);
-    const auto add = [&](const QString& parameter, const QString& value) {
-        if (m_database
-                ->value(u"SELECT 1 FROM EQUIPMENT_PARAMETERS WHERE EQ_CODE = '%1' AND PA_CODE = '%2'"_s.arg(
-                    equipment, parameter))
-                .isNull())
-            m_database->addParameter(equipment, parameter, u"P"_s, {});
-        m_database->main.connection.execute(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', ?, ?, ?, ?)"_s,
-                                            {equipment, code, parameter, value});
-    };
-    for (qsizetype octet = 0; octet < address.size(); ++octet)
-        add(u"pIP%1"_s.arg(octet + 1), address[octet]);
-    add(u"pEPWD"_s, u"secret"_s);
+    const QString value = equipment == "GXP2000"_L1 ? u"pIP4', '%1"_s : u"pIP1', '127.0.0.%1"_s;
+    m_database->run(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', '%1', '%2', '"_s.arg(equipment, code) +
+                    value.arg(last) + "')"_L1);
 }
 
 RunReport tst_reboot::report()
@@ -134,7 +124,7 @@ void tst_reboot::sendsExactBytes_data()
         QStringList(u"M22: "_s));
     row("GXP2000, busy", "GXP2000", gxp2000Device("secret", 1), QList<QByteArray>({probe}),
         QStringList(u"M21: "_s));
-    // Half a second after its page a connection is gone, and what was sent on it.
+    // A request meets the close of its connection, and is sent once more.
     row("GXP2000 that closes late", "GXP2000",
         inTurn({okay + "</html>", okay.chopped(2) + "Set-Cookie: session=0a1b2c\r\n\r\n</html>",
                 okay + "</html>"},
@@ -250,19 +240,12 @@ void tst_reboot::bearsWithBadDevices_data()
         QObject::connect(drip, &QTimer::timeout, &connection, [&connection] { connection.write("x"); });
         drip->start(shortBudget / 5);
     });
-    const auto flood = [](QTcpSocket& connection, const QByteArray& begin, const QByteArray& much) {
-        QObject::connect(&connection, &QTcpSocket::bytesWritten, &connection, [&connection, much] {
+    late("sends chunks without end", u"PAP2"_s, [](QTcpSocket& connection, const QByteArray&) {
+        QObject::connect(&connection, &QTcpSocket::bytesWritten, &connection, [&connection] {
             if (connection.bytesToWrite() == 0)
-                connection.write(much);
+                connection.write(QByteArray("1\r\nx\r\n").repeated(1 << 15));
         });
-        connection.write(begin);
-    };
-    late("sends a head without end", u"GXP2000"_s, [flood](QTcpSocket& connection, const QByteArray&) {
-        flood(connection, "HTTP/1.0 200 OK\r\n", QByteArray("Set-Cookie: x\r\n").repeated(1 << 14));
-    });
-    late("sends chunks without end", u"PAP2"_s, [flood](QTcpSocket& connection, const QByteArray&) {
-        flood(connection, okay.chopped(2) + "Transfer-Encoding: chunked\r\n\r\n",
-              QByteArray("1\r\nx\r\n").repeated(1 << 15));
+        connection.write(okay.chopped(2) + "Transfer-Encoding: chunked\r\n\r\n");
     });
     late("says nothing to the form", u"F1000"_s, inTurn({okay + "</html>"}, 4000), {u"M15: "_s, silence});
 
@@ -276,8 +259,6 @@ void tst_reboot::bearsWithBadDevices_data()
             {u"M15: "_s, answered(404)});
     refused("is another server, PAP2", u"PAP2"_s, inTurn({"HTTP/1.1 302 Found\r\nContent-Length: 0\r\n\r\n"}),
             {u"M15: "_s, answered(302)});
-    refused("is another server, PAP2 with a challenge", u"PAP2"_s,
-            inTurn({challenge("nonce=\"n\""), unknown}), {u"M22: "_s, answered(404)});
     refused("is another server, F1000", u"F1000"_s, inTurn({okay, unknown}), {u"M15: "_s, answered(404)});
     refused("closes at once, GXP2000", u"GXP2000"_s, inTurn({okay, cookie, ""}), {u"M15: "_s, silence});
     refused("closes at once, PAP2", u"PAP2"_s, inTurn({""}), {u"M15: "_s, silence});
@@ -290,8 +271,6 @@ void tst_reboot::bearsWithBadDevices_data()
             {u"M22: "_s, answered(401)});
     row("a nonce that grows old once", "PAP2", pap2Device("secret", 1), QStringList(u"M15: "_s),
         RebootOutcome::Rebooted);
-    refused("bytes above 127", u"PAP2"_s, inTurn({challenge("realm=\"\xe9\x80\xff\x81\", nonce=\"\xa0\"")}),
-            {u"M22: "_s, answered(401)});
     refused("resets in mid-reply", u"PAP2"_s,
             [](QTcpSocket& connection, const QByteArray&) {
                 connection.write("HTTP/1.0 401 No\r\nWWW-Authenticate: Digest realm=\"x");
@@ -347,15 +326,15 @@ void tst_reboot::stopsAtUnknownModels()
     const DeviceDouble phones(gxp2000Device("secret"));
     addDevice(u"GXP2000"_s, u"101"_s, 1);
     addDevice(u"GXP2000"_s, u"102"_s, 1);
-    addDevice(u"OTHER"_s, u"103"_s, 1, u"TOASTER"_s);
+    addDevice(u"TOASTER"_s, u"103"_s, 1);
     addDevice(u"PAP2"_s, u"104"_s, 1);
     addDevice(u"PAP2"_s, u"105"_s, 1);
     Reboot reboot(m_database->main, phones.port(), report());
     const auto rebooted = [&](const QString& model) {
         return reboot.run({u"C1"_s, model, u"101"_s, u"199"_s, false}).rebooted;
     };
-    QCOMPARE(rebooted(u"OTHER"_s), 0);
-    QCOMPARE(m_database->user.shown, QStringList(u"M10: OTHER - TOASTER"_s));
+    QCOMPARE(rebooted(u"TOASTER"_s), 0);
+    QCOMPARE(m_database->user.shown, QStringList(u"M10: TOASTER - TOASTER"_s));
     QCOMPARE(rebooted(u"GXP2000"_s), 1);
     QCOMPARE(rebooted(u"GXP2000"_s), 1);
     // Only a PAP2 makes it forget what stopped it.
@@ -365,9 +344,9 @@ void tst_reboot::stopsAtUnknownModels()
 
 void tst_reboot::leavesOutModelsWithoutModule()
 {
-    addDevice(u"OTHER"_s, u"101"_s, 1, u"NONE"_s);
-    addDevice(u"OTHER"_s, u"102"_s, 1, u"NONE"_s);
-    const RebootCounts counts = run(u"OTHER"_s, 1);
+    addDevice(u"NONE"_s, u"101"_s, 1);
+    addDevice(u"NONE"_s, u"102"_s, 1);
+    const RebootCounts counts = run(u"NONE"_s, 1);
     QCOMPARE(counts.phones, 2);
     QCOMPARE(counts.rebooted + counts.refused + counts.unreachable, 0);
     QCOMPARE(m_lines, QStringList());
