@@ -83,8 +83,11 @@ void tst_reboot::init()
         m_database->addParameter(model, u'p' + key, level, value);
     };
     for (const QString& model : {u"GXP2000"_s, u"PAP2"_s, u"F1000"_s}) {
+        const bool isGXP2000 = model == "GXP2000"_L1;
+        m_database->run(u"INSERT INTO EQUIPMENT VALUES('%1', 'model', '%2')"_s.arg(
+            model, isGXP2000 ? u"GRANDSTREAM"_s : model));
         add(model, u"EPWD"_s, u"E"_s, u"secret"_s);
-        add(model, u"IP1"_s, model == "GXP2000"_L1 ? u"E"_s : u"P"_s, u"127"_s);
+        add(model, u"IP1"_s, isGXP2000 ? u"E"_s : u"P"_s, u"127"_s);
     }
     add(u"GXP2000"_s, u"IP2"_s, u"E"_s, u"0"_s);
     add(u"GXP2000"_s, u"IP3"_s, u"E"_s, u"0"_s);
@@ -94,6 +97,8 @@ void tst_reboot::init()
 void tst_reboot::addDevice(const QString& equipment, const QString& code, int last)
 {
     m_database->addPhone(u"C1"_s, equipment, code, "phone "_L1 + code, u"000000000000"_s);
+    if (equipment == "NONE"_L1 || equipment == "TOASTER"_L1)
+        return;
     const QString value = equipment == "GXP2000"_L1 ? u"pIP4', '%1"_s : u"pIP1', '127.0.0.%1"_s;
     m_database->run(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', '%1', '%2', '"_s.arg(equipment, code) +
                     value.arg(last) + "')"_L1);
