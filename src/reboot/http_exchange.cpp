@@ -7,15 +7,12 @@
 #include <QEvent>
 #include <QNetworkProxy>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
 namespace {
 
-constexpr QByteArrayView endOfPage = "</html>";
 /// How long a device may take to close a connection after its page, in milliseconds.
 constexpr int closingTime = 200;
 
@@ -26,7 +23,7 @@ void waitForEvents()
 
 } // namespace
 
-HttpExchange::HttpExchange(MMain& main, quint16 port, LineSink line)
+HttpExchange::HttpExchange(MMain& main, quint16 port, LineSink line, int budget)
     : m_main(main), m_port(port), m_line(std::move(line))
 {
     m_budget.setSingleShot(true);
@@ -39,49 +36,54 @@ HttpExchange::HttpExchange(MMain& main, quint16 port, LineSink line)
 
 bool HttpExchange::GetHttp(const QString& host, const QString& request)
 {
-    if (!connectTo(host))
-        return false;
-    send(request);
-    while (m_socket.state() != QAbstractSocket::UnconnectedState && !m_endSeen) {
-        if (timedOut())
+    begin(host, request);
+    do {
+        if (!sendRequest() || !awaitReply())
             return false;
-        if (m_aborted)
-            close();
-        else
-            waitForEvents();
-    }
+    } while (wasLost());
     m_budget.stop();
     return true;
 }
 
 bool HttpExchange::PostHttp(const QString& host, const QString& request)
 {
-    if (!connectTo(host))
-        return false;
+    begin(host, request);
+    return sendRequest();
+}
+
+bool HttpExchange::finishPost()
+{
+    do {
+        awaitClose(m_budget);
+    } while (wasLost() && sendRequest());
+    const bool inTime = m_budget.isActive();
     m_budget.stop();
-    send(request);
-    return true;
+    close();
+    return inTime || !m_reply.isEmpty();
 }
 
-QString HttpExchange::reply() const
+/// Begins the budget. What an exchange with another device has left open is closed, since it is not for this
+/// one's requests. A connection to this one is given the time to be closed by it: a device that has sent its
+/// whole page does so, and a request that meets the close has to be sent again.
+void HttpExchange::begin(const QString& host, const QString& request)
 {
-    return decodeAnsi(m_response);
-}
-
-/// Begins the budget, and waits until the socket is connected to `host`.
-bool HttpExchange::connectTo(const QString& host)
-{
-    if (m_aborted && m_socket.state() != QAbstractSocket::ConnectedState)
-        return false;
-    // What an exchange with another device has left open is not for this one's requests.
     if (host != m_host)
         close();
     m_host = host;
+    m_request = request;
     m_budget.start();
-    awaitClose();
-    // Stop may have come while the last connection was closing.
-    if (m_socket.state() == QAbstractSocket::UnconnectedState && !m_aborted)
-        m_socket.connectToHost(host, m_port);
+    QTimer grace;
+    grace.setSingleShot(true);
+    grace.start(closingTime);
+    awaitClose(grace);
+}
+
+/// Sends the request, on a new connection where none is open; waits until it is there.
+bool HttpExchange::sendRequest()
+{
+    m_reused = m_socket.state() == QAbstractSocket::ConnectedState;
+    if (!m_reused && !m_aborted)
+        m_socket.connectToHost(m_host, m_port);
     while (m_socket.state() != QAbstractSocket::ConnectedState) {
         if (timedOut())
             return false;
@@ -91,18 +93,38 @@ bool HttpExchange::connectTo(const QString& host)
         }
         waitForEvents();
     }
+    m_reply = {};
+    QByteArray bytes;
+    appendAnsi(bytes, m_request);
+    m_socket.write(bytes);
+    m_socket.flush();
     return true;
 }
 
-/// Gives a device that has sent its whole page the time to close the connection. A request that meets the
-/// close would be lost.
-void HttpExchange::awaitClose()
+bool HttpExchange::awaitReply()
 {
-    QTimer grace;
-    grace.setSingleShot(true);
-    grace.start(closingTime);
-    while (m_socket.state() == QAbstractSocket::ConnectedState && grace.isActive() && !m_aborted)
+    while (m_socket.state() != QAbstractSocket::UnconnectedState && !m_reply.isWhole()) {
+        if (timedOut())
+            return false;
+        if (m_aborted)
+            close();
+        else
+            waitForEvents();
+    }
+    return true;
+}
+
+/// Waits until the device has closed the connection, at most for that time.
+void HttpExchange::awaitClose(const QTimer& time)
+{
+    while (m_socket.state() == QAbstractSocket::ConnectedState && time.isActive() && !m_aborted)
         waitForEvents();
+}
+
+bool HttpExchange::wasLost() const
+{
+    return m_reused && m_reply.isEmpty() && m_socket.state() == QAbstractSocket::UnconnectedState &&
+           !m_aborted;
 }
 
 bool HttpExchange::timedOut()
@@ -116,43 +138,23 @@ bool HttpExchange::timedOut()
 
 void HttpExchange::pause()
 {
-    m_pausing = true;
     m_budget.start();
-    while (m_budget.isActive())
+    while (m_budget.isActive() && !m_aborted)
         waitForEvents();
-    m_pausing = false;
+    m_budget.stop();
 }
 
 void HttpExchange::abort()
 {
     m_aborted = true;
     close();
-    // An exchange finds the flag by itself; it would take a stopped budget for a used one.
-    if (m_pausing)
-        m_budget.stop();
     // Wakes the waiting loop where closing the socket has sent no event.
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
-void HttpExchange::send(const QString& request)
-{
-    m_response.clear();
-    m_tail.clear();
-    m_endSeen = false;
-    QByteArray bytes;
-    appendAnsi(bytes, request);
-    m_socket.write(bytes);
-    m_socket.flush();
-}
-
 void HttpExchange::receive()
 {
-    const QByteArray arrived = m_socket.readAll();
-    // The end of the page may come in two pieces.
-    m_tail += arrived;
-    m_endSeen = m_endSeen || m_tail.contains(endOfPage);
-    m_tail = m_tail.last(std::min(m_tail.size(), endOfPage.size() - 1));
-    m_response += arrived.first(std::min(arrived.size(), longestReply - m_response.size()));
+    m_reply.append(m_socket.readAll());
 }
 
 void HttpExchange::failed(QAbstractSocket::SocketError error)

@@ -1,6 +1,7 @@
 // HTTP exchanges with one device at a time over one socket.
 #pragma once
 
+#include "reboot/http_reply.h"
 #include "startup/run_report.h"
 
 #include <QTcpSocket>
@@ -13,9 +14,12 @@ class MMain;
 /// Requests go out as they are built by the caller. Every exchange runs window events while it waits, and
 /// sleeps between them.
 ///
-/// Connecting and replying share one budget of five seconds. What does not succeed is reported as a line:
-/// M23 when the budget is used up, and the words of a socket error. A connection that a device resets counts
-/// as one that it closes: the socket does not tell them apart.
+/// Connecting and replying share one budget. What does not succeed is reported as a line: M23 when the budget
+/// is used up, and the words of a socket error. A connection that a device resets counts as one that it
+/// closes: the socket does not tell them apart.
+///
+/// A connection to the same host that is still open is used again. Where it ends without one byte of an
+/// answer the device had closed it before, and the request is sent once more, on a new one.
 class HttpExchange : public QObject {
     Q_OBJECT
 
@@ -23,20 +27,21 @@ public:
     /// The port of the devices' web servers.
     static constexpr quint16 webPort = 80;
     /// The budget of one exchange, in milliseconds.
-    static constexpr int budget = 5000;
-    /// The most that is kept of a reply, in bytes; what comes after it is read and dropped.
-    static constexpr qsizetype longestReply = 1 << 20;
+    static constexpr int usualBudget = 5000;
 
-    HttpExchange(MMain& main, quint16 port, LineSink line);
+    HttpExchange(MMain& main, quint16 port, LineSink line, int budget = usualBudget);
 
-    /// Sends the request and waits for the whole reply: until the device closes the connection, or until
-    /// "</html>" has come. True when the request was sent; the reply may be cut off then. A connection to
-    /// that host that is still open is used again.
+    /// Sends the request and waits for the whole reply, or until the device closes the connection. True when
+    /// the request was sent; the reply may be cut off then.
     bool GetHttp(const QString& host, const QString& request);
     /// Sends the request. True when it was sent; no reply is awaited, and the connection stays open.
     bool PostHttp(const QString& host, const QString& request);
+    /// Reads what is answered to a request of PostHttp() until the device closes the connection or the
+    /// exchange's budget is used up, and closes it then: a device may give up its work where nobody reads
+    /// what it answers. False when no answer has come in that time.
+    bool finishPost();
     /// What has come since the last request was sent, read as Windows-1252.
-    QString reply() const;
+    QString reply() const { return m_reply.text(); }
 
     /// Waits for as long as an exchange may take.
     void pause();
@@ -48,10 +53,12 @@ public:
     void close() { m_socket.abort(); }
 
 private:
-    bool connectTo(const QString& host);
-    void awaitClose();
+    void begin(const QString& host, const QString& request);
+    bool sendRequest();
+    bool awaitReply();
+    void awaitClose(const QTimer& time);
+    bool wasLost() const;
     bool timedOut();
-    void send(const QString& request);
     void receive();
     void failed(QAbstractSocket::SocketError error);
 
@@ -61,12 +68,11 @@ private:
     QTcpSocket m_socket;
     QTimer m_budget;
     QString m_host;
-    QByteArray m_response;
-    /// The last bytes that came, for the end of the page.
-    QByteArray m_tail;
-    bool m_endSeen = false;
+    QString m_request;
+    /// Whether the request went out on a connection that was open already.
+    bool m_reused = false;
+    HttpReply m_reply;
     bool m_aborted = false;
-    bool m_pausing = false;
 };
 
 } // namespace velmora

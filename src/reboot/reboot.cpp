@@ -16,10 +16,10 @@ QString summaryOf(MMain& main, const RebootCounts& counts)
         .join(", "_L1);
 }
 
-Reboot::Reboot(MMain& main, quint16 port, RunReport report)
+Reboot::Reboot(MMain& main, quint16 port, RunReport report, int budget)
     : m_main(main),
       m_report(std::move(report)),
-      m_device(main, port, m_report.line),
+      m_device(main, port, m_report.line, budget),
       m_procedures(main, m_device, m_report.line)
 {
 }

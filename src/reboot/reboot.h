@@ -33,7 +33,8 @@ QString summaryOf(MMain& main, const RebootCounts& counts);
 /// a run also ends the next one after its first phone, unless that is a PAP2.
 class Reboot {
 public:
-    Reboot(MMain& main, quint16 port, RunReport report);
+    /// Each exchange with a phone has that budget, in milliseconds.
+    Reboot(MMain& main, quint16 port, RunReport report, int budget = HttpExchange::usualBudget);
 
     /// Visits the phones in the order of their codes. What goes wrong with a device is a line; a model
     /// without a procedure is a message and ends the run, as abort() does. Window events run all the time.

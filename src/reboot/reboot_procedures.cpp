@@ -31,12 +31,12 @@ RebootOutcome RebootProcedures::RebootGXP2000(const QString& address, const QStr
     }
     if (!m_device.GetHttp(address, loginRequest(address, password)))
         return unanswered();
-    if (!m_device.reply().contains("Set-Cookie:"_L1))
+    const std::optional<QString> cookie = cookieOf(m_device.reply());
+    if (!cookie)
         return reported(u"M22"_s, RebootOutcome::Refused);
-    const QString cookie = cookieOf(m_device.reply());
-    if (!m_device.GetHttp(address, restartRequest(address, cookie)))
+    if (!m_device.GetHttp(address, restartRequest(address, *cookie)))
         return unanswered();
-    return reported(u"M15"_s, RebootOutcome::Rebooted);
+    return concluded(u"M15"_s, isSuccess(m_device.reply()));
 }
 
 RebootOutcome RebootProcedures::RebootPAP2(const QString& address, const QString& password) const
@@ -44,15 +44,22 @@ RebootOutcome RebootProcedures::RebootPAP2(const QString& address, const QString
     announce(u"PAP2"_s, address);
     if (!m_device.GetHttp(address, adminRebootRequest(address)))
         return unanswered();
+    std::optional<DigestChallenge> challenge = digestChallengeOf(m_device.reply());
     // A device that asks for no credentials has restarted already.
-    if (!m_device.reply().contains("WWW-Authenticate: Digest"_L1))
-        return reported(u"M15"_s, RebootOutcome::Rebooted);
-    const QString authorization = digestAuthorization(m_device.reply(), password);
-    if (!m_device.GetHttp(address, adminRebootRequest(address, authorization)))
+    if (!challenge)
+        return concluded(u"M15"_s, isSuccess(m_device.reply()));
+    const auto answer = [&] {
+        const QString authorization = digestAuthorization(*challenge, password);
+        return m_device.GetHttp(address, adminRebootRequest(address, authorization));
+    };
+    if (!answer())
         return unanswered();
-    const QString status = m_device.reply().mid(9, 3);
-    return status == "200"_L1 ? reported(u"M15"_s, RebootOutcome::Rebooted)
-                              : reported(u"M22"_s, RebootOutcome::Refused);
+    // Where only the nonce has grown old, the new one is answered; that is done once.
+    challenge = digestChallengeOf(m_device.reply());
+    if (statusOf(m_device.reply()) == 401 && challenge && challenge->stale && !answer())
+        return unanswered();
+    const bool accepted = m_device.reply().mid(9, 3) == "200"_L1;
+    return concluded(accepted ? u"M15"_s : u"M22"_s, accepted && isSuccess(m_device.reply()));
 }
 
 RebootOutcome RebootProcedures::RebootF1000(const QString& address, const QString& password) const
@@ -60,12 +67,17 @@ RebootOutcome RebootProcedures::RebootF1000(const QString& address, const QStrin
     announce(u"F1000"_s, address);
     if (!m_device.GetHttp(address, adminPageRequest(address, password)))
         return unanswered();
-    // The line is the same for a device that asks for another password; the count is not.
-    const bool known = m_device.reply().mid(9, 3) != "401"_L1;
-    if (m_device.PostHttp(address, rebootForm(address, password)))
-        return reported(u"M15"_s, known ? RebootOutcome::Rebooted : RebootOutcome::Refused);
+    const bool sent = m_device.PostHttp(address, rebootForm(address, password));
     report(u"M15"_s);
-    return unanswered();
+    if (!sent)
+        return unanswered();
+    const bool answered = m_device.finishPost();
+    if (m_device.isAborted())
+        return RebootOutcome::LeftOut;
+    if (isSuccess(m_device.reply()))
+        return RebootOutcome::Rebooted;
+    explain();
+    return answered ? RebootOutcome::Refused : RebootOutcome::Unreachable;
 }
 
 void RebootProcedures::announce(const QString& model, const QString& address) const
@@ -75,9 +87,9 @@ void RebootProcedures::announce(const QString& model, const QString& address) co
     QCoreApplication::processEvents();
 }
 
-void RebootProcedures::report(const QString& message) const
+void RebootProcedures::report(const QString& message, const QString& substitution) const
 {
-    m_line(m_main.messageLine(message));
+    m_line(m_main.messageLine(message, substitution));
     QCoreApplication::processEvents();
 }
 
@@ -87,6 +99,26 @@ RebootOutcome RebootProcedures::reported(const QString& message, RebootOutcome o
     const bool cutOff = m_device.isAborted();
     report(message);
     return cutOff ? RebootOutcome::LeftOut : outcome;
+}
+
+/// The end of the exchange that restarts the phone.
+RebootOutcome RebootProcedures::concluded(const QString& message, bool restarts) const
+{
+    const RebootOutcome outcome =
+        reported(message, restarts ? RebootOutcome::Rebooted : RebootOutcome::Refused);
+    if (outcome == RebootOutcome::Refused)
+        explain();
+    return outcome;
+}
+
+/// Adds what the phone has answered instead of restarting.
+void RebootProcedures::explain() const
+{
+    const int status = statusOf(m_device.reply());
+    if (status == 0)
+        report(u"M247"_s);
+    else
+        report(u"M246"_s, QString::number(status));
 }
 
 RebootOutcome RebootProcedures::unanswered() const

@@ -10,18 +10,19 @@ class MMain;
 
 /// What became of a phone.
 enum class RebootOutcome {
+    /// It answered the request that restarts it with a status of success.
     Rebooted,
-    /// It answered, but did not restart.
+    /// It answered something else, or closed the connection without an answer.
     Refused,
-    /// It did not answer, or nobody knows its address.
+    /// It did not answer in time, or nobody knows its address.
     Unreachable,
     /// The user gave up first, or its model is not restarted this way.
     LeftOut,
 };
 
 /// The current phone's restart, by model. Each procedure begins with a line that names the phone, and reports
-/// what came of its exchanges as lines. They throw std::invalid_argument when a reply lacks the end of a
-/// value that is needed, and DatabaseError.
+/// what came of its exchanges as lines, with one more where the phone does not say that it restarts. They
+/// throw std::invalid_argument when a reply lacks the end of a value that is needed, and DatabaseError.
 class RebootProcedures {
 public:
     RebootProcedures(MMain& main, HttpExchange& device, LineSink line);
@@ -33,8 +34,10 @@ public:
 
 private:
     void announce(const QString& model, const QString& address) const;
-    void report(const QString& message) const;
+    void report(const QString& message, const QString& substitution = {}) const;
     RebootOutcome reported(const QString& message, RebootOutcome outcome) const;
+    RebootOutcome concluded(const QString& message, bool restarts) const;
+    void explain() const;
     RebootOutcome unanswered() const;
 
     MMain& m_main;

@@ -43,19 +43,6 @@ QString quoted(const QString& value)
 
 } // namespace
 
-QString RecVal(const QString& name, const QString& text)
-{
-    const qsizetype place = text.indexOf(name + "=\""_L1) + 1;
-    const qsizetype restLength = text.size() - place - name.size() - 1;
-    if (restLength < 0)
-        throw std::invalid_argument(name.toStdString());
-    const QString rest = text.last(restLength);
-    const qsizetype end = rest.indexOf(u'"');
-    if (end < 0)
-        throw std::invalid_argument(name.toStdString());
-    return rest.first(end);
-}
-
 QString busyProbe(const QString& address)
 {
     return "GET /"_L1 + head(address) + lineEnd;
@@ -65,16 +52,6 @@ QString loginRequest(const QString& address, const QString& password)
 {
     return "POST /dologin.htm"_L1 + head(address) + "Content-Length: 23\r\n\r\nP2="_L1 + password +
            "&gnkey=7c3e\r\n"_L1;
-}
-
-QString cookieOf(const QString& reply)
-{
-    constexpr auto header = "Set-Cookie:"_L1;
-    const QString rest = reply.mid(reply.indexOf(header) + header.size() + 1);
-    const qsizetype end = rest.indexOf(u';');
-    if (end < 0)
-        throw std::invalid_argument("Set-Cookie");
-    return rest.first(end);
 }
 
 QString restartRequest(const QString& address, const QString& cookie)
@@ -87,25 +64,23 @@ QString adminRebootRequest(const QString& address, const QString& authorization)
     return "GET "_L1 + adminReboot + head(address) + authorization + lineEnd;
 }
 
-QString digestAuthorization(const QString& reply, const QString& password)
+QString digestAuthorization(const DigestChallenge& challenge, const QString& password)
 {
-    // The domain is read like the others, and fails like them, but has no place in the answer.
-    const QString realm = RecVal(u"realm"_s, reply);
-    RecVal(u"domain"_s, reply);
-    const QString nonce = RecVal(u"nonce"_s, reply);
-    const QString opaque = RecVal(u"opaque"_s, reply);
-    const QString qop = RecVal(u"qop"_s, reply);
+    if (!challenge.unended.isEmpty())
+        throw std::invalid_argument(challenge.unended.toStdString());
     const QString count = u"00000001"_s;
     const QString clientNonce = u"5b0e2d7a91c84f36a2e07d1b9c4f6a83"_s;
 
     const CMD5 digest;
-    const QString one = digest.MD5(user + u':' + realm + u':' + password);
+    const QString one = digest.MD5(user + u':' + challenge.realm + u':' + password);
     const QString two = digest.MD5("GET:"_L1 + adminReboot);
-    const QString response = digest.MD5(QStringList({one, nonce, count, clientNonce, qop, two}).join(u':'));
-    return "Authorization: Digest username="_L1 + quoted(user) + ", realm="_L1 + quoted(realm) + ", qop="_L1 +
-           quoted(qop) + ", algorithm="_L1 + quoted(u"MD5"_s) + ", uri="_L1 + quoted(adminReboot) +
-           ", nonce="_L1 + quoted(nonce) + ", nc="_L1 + count + ", cnonce="_L1 + quoted(clientNonce) +
-           ", opaque="_L1 + quoted(opaque) + ", response="_L1 + quoted(response) + lineEnd;
+    const QString response =
+        digest.MD5(QStringList({one, challenge.nonce, count, clientNonce, challenge.qop, two}).join(u':'));
+    return "Authorization: Digest username="_L1 + quoted(user) + ", realm="_L1 + quoted(challenge.realm) +
+           ", qop="_L1 + quoted(challenge.qop) + ", algorithm="_L1 + quoted(u"MD5"_s) + ", uri="_L1 +
+           quoted(adminReboot) + ", nonce="_L1 + quoted(challenge.nonce) + ", nc="_L1 + count +
+           ", cnonce="_L1 + quoted(clientNonce) + ", opaque="_L1 + quoted(challenge.opaque) +
+           ", response="_L1 + quoted(response) + lineEnd;
 }
 
 QString adminPageRequest(const QString& address, const QString& password)

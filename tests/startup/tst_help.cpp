@@ -113,7 +113,7 @@ void tst_help::formsTheManualsAddress()
 void tst_help::browses()
 {
     const DeviceDouble server(
-        answering("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<title>Far</title><p>far page"));
+        inTurn({"HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<title>Far</title><p>far page"}));
     const QString first = write(
         u"one.htm"_s, "<title>First</title><p>first page <a href='two.htm#end'>on</a><p><a name='end'>x</a>");
     const QString second =

@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QRegularExpression>
+#include <QTimer>
 
 #include <memory>
 
@@ -87,22 +88,28 @@ DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits)
     };
 }
 
-DeviceBehaviour pap2Device(const QByteArray& password)
+DeviceBehaviour pap2Device(const QByteArray& password, int staleVisits)
 {
-    return [password](QTcpSocket& connection, const QByteArray& received) {
+    const auto staleLeft = std::make_shared<int>(staleVisits);
+    const auto nonce = std::make_shared<QByteArray>("n0nce");
+    return [password, staleLeft, nonce](QTcpSocket& connection, const QByteArray& received) {
         if (!isWhole(received))
             return;
         const QByteArray expected =
-            md5(md5("admin:Phone Admin:" + password) + ":n0nce:" + fieldOf(received, "nc") + ':' +
+            md5(md5("admin:Phone Admin:" + password) + ':' + *nonce + ':' + fieldOf(received, "nc") + ':' +
                 fieldOf(received, "cnonce") + ":auth:" + md5("GET:/admin/reboot"));
-        if (fieldOf(received, "response") == expected)
+        const bool isRight = fieldOf(received, "response") == expected;
+        const bool isStale = isRight && (*staleLeft)-- > 0;
+        if (isStale)
+            *nonce += '+';
+        if (isRight && !isStale)
             send(connection, page("200 OK", {}, "rebooting"));
         else
-            send(connection,
-                 page("401 Unauthorized",
-                      "WWW-Authenticate: Digest realm=\"Phone Admin\", domain=\"/\", nonce=\"n0nce\", "
-                      "opaque=\"0paque\", qop=\"auth\", algorithm=\"MD5\"\r\n",
-                      "who are you?"));
+            send(connection, page("401 Unauthorized",
+                                  "WWW-Authenticate: Digest realm=\"Phone Admin\", domain=\"/\", nonce=\"" +
+                                      *nonce + "\", opaque=\"0paque\", qop=\"auth\", algorithm=\"MD5\"" +
+                                      (isStale ? ", stale=true" : "") + "\r\n",
+                                  "who are you?"));
     };
 }
 
@@ -118,14 +125,17 @@ DeviceBehaviour f1000Device(const QByteArray& password)
     };
 }
 
-DeviceBehaviour answering(const QByteArray& reply, bool closes)
+DeviceBehaviour inTurn(const QList<QByteArray>& replies, int closingAfter)
 {
-    return [reply, closes](QTcpSocket& connection, const QByteArray& received) {
-        if (!isWhole(received))
+    const auto left = std::make_shared<QList<QByteArray>>(replies);
+    return [left, closingAfter](QTcpSocket& connection, const QByteArray& received) {
+        if (!isWhole(received) || received.count(" HTTP/1.") > 1)
             return;
-        connection.write(reply);
-        if (closes)
+        connection.write(left->size() > 1 ? left->takeFirst() : left->first());
+        if (closingAfter == 0)
             connection.disconnectFromHost();
+        else
+            QTimer::singleShot(closingAfter, &connection, [&connection] { connection.disconnectFromHost(); });
     };
 }
 

@@ -39,11 +39,13 @@ private:
 
 /// A GXP2000 that is busy for its first `busyVisits` probes; the password is the one of its owner.
 DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits = 0);
-/// A PAP2 that challenges, and checks the answer.
-DeviceBehaviour pap2Device(const QByteArray& password);
+/// A PAP2 that challenges, and checks the answer. The nonce has grown old for the first `staleVisits` right
+/// ones.
+DeviceBehaviour pap2Device(const QByteArray& password, int staleVisits = 0);
 /// An F1000 that shows its page to whoever knows the password, and takes its form.
 DeviceBehaviour f1000Device(const QByteArray& password);
-/// Answers every request with `reply` and closes the connection, or leaves it open.
-DeviceBehaviour answering(const QByteArray& reply, bool closes = true);
+/// Answers the first request of each connection with the next reply, the last one over and over, and closes
+/// the connection after so many milliseconds; what else comes on it meets the close.
+DeviceBehaviour inTurn(const QList<QByteArray>& replies, int closingAfter = 0);
 
 } // namespace velmora
