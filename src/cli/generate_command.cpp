@@ -59,7 +59,8 @@ ExitStatus run(MMain& main, const Options& options)
     QTextStream out(stdout);
     const RunReport report = {[&out](const QString& line) { out << line << Qt::endl; },
                               [](qsizetype, qsizetype) {}};
-    return Generate(main, requestOf(main, options), report) ? Done : EndedWithMessage;
+    const std::optional<qsizetype> withRemarks = Generate(main, requestOf(main, options), report);
+    return withRemarks == 0 ? Done : EndedWithMessage;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "cli/terminal_prompts.h"
 #include "files/file_error.h"
 #include "startup/MMain.h"
+#include "startup/built_in_texts.h"
 #include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
@@ -15,6 +16,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -41,6 +43,28 @@ ExitStatus explain(const CLI::App& parser, const CLI::ParseError& error)
     return status == 0 ? Done : WrongUsage;
 }
 
+/// Runs a command after the start-up; what it does not trap itself is a message.
+ExitStatus run(const Command& command, MMain& main)
+{
+    try {
+        return command.run(main);
+    } catch (const DatabaseError& error) {
+        main.prompts.show(error.description(), error.statement());
+    } catch (const FileError& error) {
+        main.prompts.show(error.path() + ": "_L1 + error.description(), {});
+    }
+    return EndedWithMessage;
+}
+
+/// The status, or that of a message where a part of the output could not be written.
+ExitStatus withOutput(ExitStatus status, const QString& language)
+{
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return status;
+    QTextStream(stderr) << builtInText(u"M294"_s, language) << '\n';
+    return std::max(status, EndedWithMessage);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -62,7 +86,7 @@ int main(int argc, char** argv)
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {
-        return explain(parser, error);
+        return withOutput(explain(parser, error), u"EN"_s);
     }
 
     const auto userAnswer = as->count() > 0 ? std::optional(QString::fromStdString(actAs)) : std::nullopt;
@@ -70,15 +94,11 @@ int main(int argc, char** argv)
     MMain mainModule(programFolder(chosenFolder), terminalPrompts(userAnswer, yes));
     if (!fillProgramFolder(mainModule, chosenFolder) || !StartUp(mainModule, systemUserName()))
         return StartUpEnded;
+    if (userAnswer && !userAnswer->isEmpty() && mainModule.userName != userAnswer->toUpper()) {
+        mainModule.showMessage(u"M293"_s, mainModule.userName);
+        return WrongUsage;
+    }
     const auto chosen = std::find_if(commands.begin(), commands.end(),
                                      [](const Command& command) { return command.parser->parsed(); });
-    try {
-        return chosen->run(mainModule);
-    } catch (const DatabaseError& error) {
-        mainModule.prompts.show(error.description(), error.statement());
-        return EndedWithMessage;
-    } catch (const FileError& error) {
-        mainModule.prompts.show(error.path() + ": "_L1 + error.description(), {});
-        return EndedWithMessage;
-    }
+    return withOutput(run(*chosen, mainModule), mainModule.language);
 }

@@ -25,7 +25,8 @@ struct Options {
     bool workbook = false;
 };
 
-/// A kind of run: the menu item whose right it needs, where its folder is remembered, and what it does.
+/// A kind of run: the menu item whose right it needs, where its folder is remembered, and what it does, which
+/// tells whether all went well.
 struct Kind {
     QString menuItem;
     QString folderCode;
@@ -74,7 +75,13 @@ Command phonebookCommand(CLI::App& application)
                 if (generate->parsed())
                     return run(main, {u"PbGen"_s, u"$$PBGEN"_s, generatePhoneBook}, *options);
                 if (import->parsed())
-                    return run(main, {u"PbImp"_s, u"$$PBIMP"_s, importPhoneBook}, *options);
+                    return run(main,
+                               {u"PbImp"_s, u"$$PBIMP"_s,
+                                [](MMain& all, const PhoneBookRequest& request, const RunReport& report) {
+                                    const auto counts = importPhoneBook(all, request, report);
+                                    return counts && counts->refused == 0;
+                                }},
+                               *options);
                 if (options->workbook)
                     return run(main,
                                {u"PbExp"_s, u"$$PBExp"_s,

@@ -8,6 +8,7 @@
 #include "startup/MMain.h"
 
 #include <QDir>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -24,12 +25,25 @@ QString describe(const Phone& phone)
     return phone.code + " - "_L1 + phone.description;
 }
 
-/// Writes `content` under `name`, a name made of database texts, which must not lead out of the folder.
-void writeNamedFile(const QString& folder, const QString& name, const QByteArray& content)
+/// Whether a name that is made of database texts is that of a file, and does not lead to another folder.
+bool isFileName(const QString& name)
 {
-    if (name.contains(u'/') || name.contains(u'\\'))
-        throw FileError(name, u"a code or MAC address in this file name holds \"/\" or \"\\\""_s);
-    writeWholeFile(pathIn(folder, name), content);
+    return !name.contains(u'/') && !name.contains(u'\\');
+}
+
+/// Whether `folder`, made from `pattern` by replacing a macro in it, is where the pattern leads for every
+/// phone: what stands for the macro must be a part of one folder's name.
+bool followsPattern(const QString& folder, const QString& pattern)
+{
+    static const QRegularExpression separator(u"[/\\\\]"_s);
+    const QStringList names = folder.split(separator);
+    const QStringList patternNames = pattern.split(separator);
+    if (names.size() != patternNames.size())
+        return false;
+    for (qsizetype place = 0; place < names.size(); ++place)
+        if (names[place] == ".."_L1 && patternNames[place] != names[place])
+            return false;
+    return true;
 }
 
 /// One run over the phones of the shared record set. A step that returns false ends it.
@@ -40,27 +54,39 @@ public:
     {
     }
 
-    bool overAllPhones()
+    std::optional<qsizetype> overAllPhones()
     {
         const qsizetype total = m_main.phones.recordCount();
         m_report.progress(0, total);
         for (; !m_main.phones.eof(); m_main.phones.moveNext()) {
-            if (m_main.stopFlag)
-                return stopped(m_main.phones.absolutePosition() - 1, total);
+            if (m_main.stopFlag) {
+                m_report.line(
+                    m_main.messageLine(u"M205"_s, outOf(m_main.phones.absolutePosition() - 1, total)));
+                return std::nullopt;
+            }
+            m_hasRemark = false;
             if (!generatePhone())
-                return false;
+                return std::nullopt;
+            m_withRemarks += m_hasRemark ? 1 : 0;
             m_report.progress(m_main.phones.absolutePosition(), total);
         }
         m_report.line(m_main.messageLine(u"M12"_s));
-        return true;
+        if (m_withRemarks > 0)
+            m_report.line(m_main.messageLine(u"M290"_s, outOf(m_withRemarks, total)));
+        return m_withRemarks;
     }
 
 private:
-    bool stopped(qsizetype done, qsizetype total)
+    static QString outOf(qsizetype some, qsizetype total)
     {
-        m_report.line(
-            m_main.messageLine(u"M205"_s, QString::number(done) + " / "_L1 + QString::number(total)));
-        return false;
+        return QString::number(some) + " / "_L1 + QString::number(total);
+    }
+
+    /// Lists something that is not in order about the current phone.
+    void remark(const QString& line)
+    {
+        m_hasRemark = true;
+        m_report.line(line);
     }
 
     bool generatePhone()
@@ -68,14 +94,18 @@ private:
         const QString folder = localFolder(m_main.ExpandMacros(m_request.folder));
         if (m_main.stopFlag)
             return false;
+        if (!followsPattern(folder, localFolder(m_request.folder))) {
+            remark(m_main.messageLine(u"M269"_s, describe(m_main.currentPhone())));
+            return true;
+        }
         if (folder.isEmpty() || !QDir(folder).exists()) {
             m_main.showMessage(u"M7"_s, folder);
             return false;
         }
         tidyOnce(folder);
-        const auto parameters = m_staging.merge([this](const QString& line) { m_remarks << line; });
+        const auto parameters = m_staging.merge([this](const QString& line) { m_stagingLines << line; });
         const bool goOn = parameters && dispatch(*parameters, folder);
-        listRemarks();
+        listStagingLines();
         return goOn;
     }
 
@@ -89,10 +119,10 @@ private:
     }
 
     /// Lists what staging had to say, once it is clear about which phone.
-    void listRemarks()
+    void listStagingLines()
     {
-        for (const QString& remark : std::exchange(m_remarks, {}))
-            m_report.line(remark);
+        for (const QString& line : std::exchange(m_stagingLines, {}))
+            remark(line);
     }
 
     bool dispatch(const QList<Parameter>& parameters, const QString& folder)
@@ -122,20 +152,25 @@ private:
     {
         const DeviceFileNames names = writer.names(phone, m_request.levels);
         m_report.line(m_main.messageLine(u"M13"_s, names.source + " - "_L1 + phone.description));
-        listRemarks();
+        listStagingLines();
         checkAddress(phone);
         if (parameters.isEmpty()) {
-            m_report.line(m_main.messageLine(u"M14"_s));
+            remark(m_main.messageLine(u"M14"_s));
+            return true;
+        }
+        // The device file of a template replaces a source copy of the same name, which needs no writing then.
+        const bool writesSource = m_request.withSource && names.source != names.device;
+        const QString& doubtful = isFileName(names.device) && writesSource ? names.source : names.device;
+        if (!isFileName(doubtful)) {
+            remark(m_main.messageLine(u"M268"_s, doubtful));
             return true;
         }
         try {
             const DeviceFile file = writer.device(phone, parameters);
             const DeviceFile source = m_request.withSource ? writer.source(parameters) : DeviceFile();
-            // The device file of a template replaces a source copy of the same name, which needs no writing
-            // then.
-            if (m_request.withSource && names.source != names.device)
-                writeNamedFile(folder, names.source, source.bytes);
-            writeNamedFile(folder, names.device, file.bytes);
+            if (writesSource)
+                writeWholeFile(pathIn(folder, names.source), source.bytes);
+            writeWholeFile(pathIn(folder, names.device), file.bytes);
             reportLosses(file, source, phone);
         } catch (const FileError& error) {
             m_main.showMessage(u"M204"_s,
@@ -152,18 +187,25 @@ private:
     void checkAddress(const Phone& phone)
     {
         static const QRegularExpression twelveDigits(u"^[0-9A-Fa-f]{12}$"_s);
-        if (m_request.levels.phone && !twelveDigits.match(phone.mac).hasMatch())
-            m_report.line(m_main.messageLine(u"M206"_s, phone.mac));
+        if (!m_request.levels.phone)
+            return;
+        if (!twelveDigits.match(phone.mac).hasMatch())
+            remark(m_main.messageLine(u"M206"_s, phone.mac));
+        QString& owner = m_addresses[phone.mac.toUpper()];
+        if (!owner.isEmpty())
+            remark(m_main.messageLine(u"M267"_s, owner));
+        else
+            owner = phone.code;
     }
 
     void reportLosses(const DeviceFile& file, const DeviceFile& source, const Phone& phone)
     {
         for (const QChar character : file.rejectedDigits)
-            m_report.line(m_main.messageLine(u"M11"_s, character + " - "_L1 + phone.mac));
+            remark(m_main.messageLine(u"M11"_s, character + " - "_L1 + phone.mac));
         QStringList lossyCodes = file.lossyCodes + source.lossyCodes;
         lossyCodes.removeDuplicates();
         if (!lossyCodes.isEmpty())
-            m_report.line(m_main.messageLine(u"M202"_s, lossyCodes.join(", "_L1)));
+            remark(m_main.messageLine(u"M202"_s, lossyCodes.join(", "_L1)));
     }
 
     MMain& m_main;
@@ -171,8 +213,12 @@ private:
     const RunReport& m_report;
     Staging m_staging;
     /// Lines about the parameters of the current phone that are not in the list yet.
-    QStringList m_remarks;
+    QStringList m_stagingLines;
     QSet<QString> m_tidied;
+    bool m_hasRemark = false;
+    qsizetype m_withRemarks = 0;
+    /// The MAC addresses of the run, in upper case, and the code of the first phone that has each.
+    QHash<QString, QString> m_addresses;
 };
 
 QString selectionStatement(const GenerationRequest& request)
@@ -187,13 +233,13 @@ QString selectionStatement(const GenerationRequest& request)
 
 } // namespace
 
-bool Generate(MMain& main, const GenerationRequest& request, const RunReport& report)
+std::optional<qsizetype> Generate(MMain& main, const GenerationRequest& request, const RunReport& report)
 {
     main.stopFlag = false;
     main.phones = main.query(selectionStatement(request));
     if (main.phones.eof()) {
         main.showMessage(u"M8"_s);
-        return false;
+        return std::nullopt;
     }
     return Run(main, request, report).overAllPhones();
 }

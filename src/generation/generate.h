@@ -5,6 +5,8 @@
 #include "generation/staging.h"
 #include "startup/run_report.h"
 
+#include <optional>
+
 namespace velmora {
 
 /// What a run is to write.
@@ -23,8 +25,11 @@ struct GenerationRequest {
 
 /// Writes one configuration file per selected phone; without phone-level values, one template per model. The
 /// main module's stop flag ends the run after the current phone. Problems are shown or reported as lines;
-/// files of earlier phones stay. True when the run went through to its end.
-/// Throws DatabaseError when the database fails.
-bool Generate(MMain& main, const GenerationRequest& request, const RunReport& report);
+/// files of earlier phones stay.
+///
+/// Returns how many phones had a remark: a line besides those that name the phone and say that it is done.
+/// Where there are any, a last line tells it too. Nothing comes back when the run did not go through to its
+/// end. Throws DatabaseError when the database fails.
+std::optional<qsizetype> Generate(MMain& main, const GenerationRequest& request, const RunReport& report);
 
 } // namespace velmora

@@ -2,8 +2,11 @@
 
 #include "database/transaction.h"
 #include "startup/MMain.h"
+#include "startup/refusal.h"
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -24,38 +27,55 @@ public:
           m_code(main.messageLine(u"M27"_s, u"$$"_s)),
           m_removed(main.messageLine(u"M29"_s)),
           m_notAdded(main.messageLine(u"M30"_s)),
-          m_added(main.messageLine(u"M31"_s))
+          m_added(main.messageLine(u"M31"_s)),
+          m_failed(main.messageLine(u"M265"_s, u"$$"_s))
     {
     }
 
     bool run(qint64 first, qint64 last)
     {
         const qint64 total = last - first + 1;
-        std::optional<Transaction> transaction;
-        for (qint64 done = 0; done < total; ++done) {
-            if (done % codesTogether == 0) {
-                if (transaction)
-                    transaction->commit();
-                transaction.emplace(m_main.connection);
-            }
-            m_report.progress(done, total);
-            if (m_main.stopFlag) {
-                transaction->commit();
-                m_report.line(
-                    m_main.messageLine(u"M221"_s, QString::number(done) + " / "_L1 + QString::number(total)));
-                return false;
-            }
-            treat(QString::number(first + done));
+        qint64 done = 0;
+        const auto howFar = [&] { return QString::number(done) + " / "_L1 + QString::number(total); };
+        try {
+            while (done < total && !m_main.stopFlag)
+                done += treatSome(first, done, total);
+        } catch (const DatabaseError&) {
+            m_report.line(QString(m_failed).replace("$$"_L1, howFar()));
+            throw;
         }
-        transaction->commit();
+        if (done < total) {
+            m_report.line(m_main.messageLine(u"M221"_s, howFar()));
+            return false;
+        }
         m_report.progress(total, total);
         return true;
     }
 
 private:
+    /// Treats some of the codes, as far as the run is not stopped, in one transaction; returns how many.
+    qint64 treatSome(qint64 first, qint64 done, qint64 total)
+    {
+        m_lines.clear();
+        const qint64 wanted = std::min(codesTogether, total - done);
+        qint64 treated = 0;
+        Transaction transaction(m_main.connection);
+        for (; treated < wanted; ++treated) {
+            m_report.progress(done + treated, total);
+            if (m_main.stopFlag)
+                break;
+            treat(QString::number(first + done + treated));
+        }
+        transaction.commit();
+        // Not before: until then nothing of it has happened.
+        for (const QString& line : std::as_const(m_lines))
+            m_report.line(line);
+        return treated;
+    }
+
     void treat(const QString& code)
     {
-        m_report.line(QString(m_code).replace("$$"_L1, code));
+        m_lines << QString(m_code).replace("$$"_L1, code);
         if (m_request.remove)
             remove(code);
         else
@@ -67,23 +87,23 @@ private:
         if (!rowOf(u"RANGES"_s, code))
             return;
         if (const auto refusal = refusalOf("DELETE FROM RANGES"_L1 + condition(code)); !refusal)
-            m_report.line(m_removed);
+            m_lines << m_removed;
     }
 
     void add(const QString& code)
     {
         if (rowOf(u"PHONES"_s, code)) {
-            m_report.line(m_notAdded);
+            m_lines << m_notAdded;
             return;
         }
         const auto refusal =
             refusalOf("INSERT INTO RANGES VALUES('"_L1 + m_request.company + "', '"_L1 + code + "')"_L1);
         if (!refusal)
-            m_report.line(m_added);
+            m_lines << m_added;
         else if (refusal->reason() == DatabaseError::Reason::DuplicateKey)
-            m_report.line(m_notAdded);
+            m_lines << m_notAdded;
         else
-            m_report.line(m_notAdded + " - "_L1 + refusal->description());
+            m_lines << m_notAdded + " - "_L1 + refusalReason(m_main, *refusal);
     }
 
     QString condition(const QString& code) const
@@ -119,7 +139,35 @@ private:
     const QString m_removed;
     const QString m_notAdded;
     const QString m_added;
+    const QString m_failed;
+    /// The lines about codes that are not committed yet.
+    QStringList m_lines;
 };
+
+/// The declared width of phone codes in a range.
+int codeWidth(MMain& main)
+{
+    for (const Column& column : main.connection.columns(u"RANGES"_s))
+        if (column.name == "PH_CODE"_L1)
+            return column.width;
+    return 0;
+}
+
+/// Whether the company exists and its range can hold codes up to `last`; shown otherwise (M291, M292).
+bool canHold(MMain& main, const QString& company, qint64 last)
+{
+    if (main.connection.select(u"SELECT CO_CODE FROM COMPANY WHERE CO_CODE = ?"_s, {company}).eof()) {
+        main.showMessage(u"M291"_s, company);
+        return false;
+    }
+    const QString code = QString::number(last);
+    const int width = codeWidth(main);
+    if (width > 0 && code.size() > width) {
+        main.showMessage(u"M292"_s, code);
+        return false;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -133,6 +181,8 @@ bool generateRanges(MMain& main, const RangeRequest& request, const RunReport& r
     const QString title = u"Range Generation"_s;
     const qint64 first = request.from.toLongLong();
     const qint64 last = request.to.toLongLong();
+    if (!canHold(main, request.company, last))
+        return false;
     if (!main.prompts.askYesNo(main.messageLine(u"M26"_s, QString::number(last - first + 1)), title))
         return false;
     if (request.remove && !main.prompts.askYesNo(main.messageLine(u"M25"_s), title))

@@ -1,6 +1,7 @@
 #include "generation/staging.h"
 
 #include "startup/MMain.h"
+#include "startup/refusal.h"
 
 #include <algorithm>
 #include <iterator>
@@ -35,8 +36,9 @@ QString quoted(QString text)
     return u'\'' + text.replace(u'\'', "''"_L1) + u'\'';
 }
 
-/// Adds one row by its own statement, which passes whole through the macro expansion.
-void stageRow(MMain& main, const Recordset& row, const LineSink& line)
+/// Adds one row by its own statement, which passes whole through the macro expansion. False when its
+/// parameter is staged already.
+bool stageRow(MMain& main, const Recordset& row, const LineSink& line)
 {
     const QString code = row.text(0);
     main.sqlText =
@@ -49,10 +51,10 @@ void stageRow(MMain& main, const Recordset& row, const LineSink& line)
         if (error.reason() == DatabaseError::Reason::ConnectionLost)
             throw;
         if (error.reason() == DatabaseError::Reason::DuplicateKey)
-            line(main.messageLine(u"M200"_s, code));
-        else
-            line(main.messageLine(u"M201"_s, code + " - "_L1 + error.description()));
+            return false;
+        line(main.messageLine(u"M201"_s, code + " - "_L1 + refusalReason(main, error)));
     }
+    return true;
 }
 
 void stageRowByRow(MMain& main, const LevelRows& level, const QString& condition, const LineSink& line)
@@ -60,7 +62,8 @@ void stageRowByRow(MMain& main, const LevelRows& level, const QString& condition
     const QString statement =
         "SELECT * FROM ("_L1 + level.query + ") LEVEL_ROWS WHERE "_L1 + condition + " ORDER BY PA_CODE"_L1;
     for (Recordset rows = main.connection.select(statement, level.values); !rows.eof(); rows.moveNext())
-        stageRow(main, rows, line);
+        if (!stageRow(main, rows, line))
+            line(main.messageLine(u"M200"_s, rows.text(0)));
 }
 
 /// Adds a level: in one statement what needs no macro expansion, then the rest row by row. Where the one
@@ -96,13 +99,34 @@ LevelRows companyLevel(const Phone& phone)
             {phone.equipment, phone.company, phone.equipment}};
 }
 
-/// All models count, not only the phone's. Naming them lets the primary key find the rows.
+/// What is set for the phone under its own model; see stageOtherModels().
 LevelRows phoneLevel(const Phone& phone)
 {
     return {u"P"_s,
-            valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) +
-                "V.CO_CODE = ? AND V.EQ_CODE IN (SELECT EQ_CODE FROM EQUIPMENT) AND V.PH_CODE = ?"_L1,
-            {phone.equipment, phone.company, phone.code}};
+            valuesOf("PHONES_PARAMETERS"_L1, "P"_L1) + "V.CO_CODE = ? AND V.EQ_CODE = ? AND V.PH_CODE = ?"_L1,
+            {phone.equipment, phone.company, phone.equipment, phone.code}};
+}
+
+/// Adds what is set for the phone under other models, which counts as well, as where the phone was moved from
+/// one model to another: but not where its own model has a value. Naming the models lets the primary key find
+/// the rows.
+void stageOtherModels(MMain& main, const LineSink& line)
+{
+    const Phone phone = main.currentPhone();
+    Recordset rows = main.connection.select(
+        u"SELECT V.PA_CODE, COALESCE(E.PA_DESC, '') AS PA_DESC, V.PA_VALUE, 'P' AS LE_CODE, V.EQ_CODE, "
+        "O.EQ_CODE IS NOT NULL AS HAS_OWN FROM PHONES_PARAMETERS V LEFT JOIN EQUIPMENT_PARAMETERS E ON "
+        "E.EQ_CODE = ? AND E.PA_CODE = V.PA_CODE LEFT JOIN PHONES_PARAMETERS O ON O.CO_CODE = V.CO_CODE AND "
+        "O.EQ_CODE = ? AND O.PH_CODE = V.PH_CODE AND O.PA_CODE = V.PA_CODE WHERE V.CO_CODE = ? AND V.EQ_CODE "
+        "IN (SELECT EQ_CODE FROM EQUIPMENT WHERE EQ_CODE <> ?) AND V.PH_CODE = ? ORDER BY V.PA_CODE, "
+        "V.EQ_CODE"_s,
+        {phone.equipment, phone.equipment, phone.company, phone.equipment, phone.code});
+    for (; !rows.eof(); rows.moveNext()) {
+        if (rows.text("HAS_OWN"_L1) == "1"_L1)
+            line(main.messageLine(u"M266"_s, rows.text("EQ_CODE"_L1) + " - "_L1 + rows.text(0)));
+        else if (!stageRow(main, rows, line))
+            line(main.messageLine(u"M200"_s, rows.text(0)));
+    }
 }
 
 /// The levels to stage, in the order in which the first one to set a parameter wins.
@@ -191,17 +215,39 @@ std::optional<QList<Parameter>> Staging::merge(const LineSink& line)
 {
     m_main.connection.execute("DELETE FROM EQ_TEMP"_L1 + ofLevels("NOT IN"_L1, m_sharedLevels),
                               m_sharedLevels);
-    if (!m_started)
+    if (!m_started) {
         stageShared();
+        findMovedPhones();
+    }
     for (const LevelRows& level : wantedLevels(m_main.currentPhone(), m_levels)) {
         if (m_sharedLevels.contains(level.level))
             continue;
         stageLevel(m_main, level, line);
+        if (level.level == "P"_L1 && m_moved.contains(m_main.currentPhone().code))
+            stageOtherModels(m_main, line);
         if (m_main.stopFlag)
             return std::nullopt;
     }
     return inCodeOrder(m_shared,
                        stagedParameters(m_main, ofLevels("NOT IN"_L1, m_sharedLevels), m_sharedLevels));
+}
+
+/// Asked once for the whole run: hardly a phone has any, and asking for each would cost more.
+void Staging::findMovedPhones()
+{
+    if (!m_levels.phone)
+        return;
+    const Phone first = m_main.currentPhone();
+    QString last;
+    for (Recordset phones = m_main.phones; !phones.eof(); phones.moveNext())
+        last = phones.text("PH_CODE"_L1);
+    Recordset moved = m_main.connection.select(
+        u"SELECT P.PH_CODE FROM PHONES P WHERE P.CO_CODE = ? AND P.PH_CODE BETWEEN ? AND ? AND P.EQ_CODE = ? "
+        "AND EXISTS (SELECT 1 FROM PHONES_PARAMETERS V WHERE V.CO_CODE = P.CO_CODE AND V.EQ_CODE IN (SELECT "
+        "EQ_CODE FROM EQUIPMENT WHERE EQ_CODE <> ?) AND V.PH_CODE = P.PH_CODE)"_s,
+        {first.company, first.code, last, first.equipment, first.equipment});
+    for (; !moved.eof(); moved.moveNext())
+        m_moved << moved.text(0);
 }
 
 void Staging::stageShared()

@@ -5,6 +5,7 @@
 #include "startup/run_report.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -37,13 +38,16 @@ public:
     /// parameters with their defaults, then what the company sets for the model, then what is set for the
     /// phone.
     ///
-    /// A parameter that is staged already keeps its first value, and `line` is told its code (M200). One that
-    /// the database refuses for another reason is left out, and `line` is told (M201). Macros are expanded;
-    /// an unknown one sets the stop flag, and nothing comes back after the level that holds it.
+    /// A parameter that is staged already keeps its first value, and `line` is told its code (M200), or,
+    /// where the phone's own model has a value and another model has one too, whose value does not count
+    /// (M266). One that the database refuses for another reason is left out, and `line` is told (M201).
+    /// Macros are expanded; an unknown one sets the stop flag, and nothing comes back after the level that
+    /// holds it.
     std::optional<QList<Parameter>> merge(const LineSink& line);
 
 private:
     void stageShared();
+    void findMovedPhones();
 
     MMain& m_main;
     const Levels m_levels;
@@ -51,6 +55,8 @@ private:
     /// The codes of the levels that stay staged, and the parameters in them.
     QStringList m_sharedLevels;
     QList<Parameter> m_shared;
+    /// The codes of the phones that have values of other models than their own.
+    QSet<QString> m_moved;
 };
 
 } // namespace velmora

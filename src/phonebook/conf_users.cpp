@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-#include <optional>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +16,7 @@ QString textOf(const QByteArray& file)
 {
     constexpr QByteArrayView byteOrderMark = "\xef\xbb\xbf";
     return file.startsWith(byteOrderMark) ? QString::fromUtf8(file.sliced(byteOrderMark.size()))
-                                          : decodeAnsi(file);
+                                          : decodeText(file);
 }
 
 /// The lines of a text, one by one.
@@ -31,6 +31,12 @@ public:
                 line.chop(1);
     }
 
+    /// Whether a line of the whole text begins with `text`.
+    bool hold(QLatin1StringView text) const
+    {
+        return std::any_of(m_lines.begin(), m_lines.end(),
+                           [text](const QString& line) { return line.startsWith(text); });
+    }
     /// Whether the last line has been read.
     bool atEnd() const { return m_read == m_lines.size(); }
     /// The number of the line that was read last.
@@ -65,10 +71,12 @@ ConfUser readUser(Lines& lines)
 
 } // namespace
 
-QList<ConfUser> readConfUsers(const QByteArray& file)
+std::optional<QList<ConfUser>> readConfUsers(const QByteArray& file)
 {
-    QList<ConfUser> users;
     Lines lines(textOf(file));
+    if (!lines.hold("[User"_L1))
+        return std::nullopt;
+    QList<ConfUser> users;
     QString line = lines.next();
     if (line.startsWith("[Users]"_L1))
         line = lines.next();

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace velmora {
 
 /// An entry of the list.
@@ -16,12 +18,13 @@ struct ConfUser {
     QString name;
 };
 
-/// The entries of the file in its order, without malformed ones. The bytes are Windows-1252, or UTF-8 where a
-/// byte-order mark says so; lines end in CR LF or LF.
+/// The entries of the file in its order, without malformed ones; nothing when the file is no user list: no
+/// line of it begins with "[User". The bytes are UTF-8 where a byte-order mark says so or they are valid
+/// UTF-8, else Windows-1252; lines end in CR LF or LF.
 ///
 /// The file is a text of lines: "[Users]" as an optional first one, then entries of four lines, "[User" with
 /// anything after it, "Name=", "Surname=" and "Extension=" with their values. A line that is not the expected
 /// one ends its entry, and is not looked at again. The last line of the file never opens an entry.
-QList<ConfUser> readConfUsers(const QByteArray& file);
+std::optional<QList<ConfUser>> readConfUsers(const QByteArray& file);
 
 } // namespace velmora

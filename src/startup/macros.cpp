@@ -2,7 +2,9 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <optional>
+#include <string>
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +34,10 @@ std::optional<QString> cutByArguments(const QString& text, const QStringList& ar
     const int length = arguments[1].toInt(&lengthIsNumber);
     if (!startIsNumber || !lengthIsNumber || start < 1 || length < 0)
         return std::nullopt;
-    return text.mid(start - 1, length);
+    // In whole characters: of one beyond 16 bits, half would be none.
+    const std::u32string characters = text.toStdU32String();
+    const std::size_t before = std::min(characters.size(), static_cast<std::size_t>(start - 1));
+    return QString::fromStdU32String(characters.substr(before, static_cast<std::size_t>(length)));
 }
 
 } // namespace

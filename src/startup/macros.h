@@ -27,9 +27,9 @@ struct MacroExpansion {
 /// Replaces the one macro that `value` may hold, every time that it occurs.
 ///
 /// The token runs from the first "$$" to the first "'" after it, or else to the first blank, or else to the
-/// end. It may carry a 1-based start position and a length: "$$P,2,2" on phone 1234 gives 23. One pass is
-/// enough, and always ends: what is left with a "$$" afterwards is another macro, which is not looked at, or
-/// came out of the phone's own texts, which are not expanded.
+/// end. It may carry a 1-based start position and a length, in characters: "$$P,2,2" on phone 1234 gives 23.
+/// One pass is enough, and always ends: what is left with a "$$" afterwards is another macro, which is not
+/// looked at, or came out of the phone's own texts, which are not expanded.
 MacroExpansion expandMacros(const QString& value, const Phone& phone, MacroContext context);
 
 } // namespace velmora

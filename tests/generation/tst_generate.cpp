@@ -28,6 +28,7 @@ private Q_SLOTS:
     void goesThrough();
     void endsEarly_data();
     void endsEarly();
+    void folderPerPhone_data();
     void folderPerPhone();
     void cancel();
     void largeTemplateKeepsOlderFile();
@@ -36,7 +37,7 @@ private Q_SLOTS:
 
 private:
     /// Runs m_request, with `onProgress` told how many phones are done. Lines are kept in m_lines.
-    bool run(const std::function<void(qsizetype)>& onProgress = [](qsizetype) {});
+    std::optional<qsizetype> run(const std::function<void(qsizetype)>& onProgress = [](qsizetype) {});
     /// Runs statements that are separated by ";".
     void execute(const QString& statements);
     /// The sorted names of all files below the output folder.
@@ -74,6 +75,8 @@ void tst_generate::init()
     m_database.emplace();
     m_out.emplace();
     m_request = {u"ACME"_s, u"GXP2000"_s, u"101"_s, u"103"_s, {}, false, m_out->path()};
+    for (const QString& code : {u"M267"_s, u"M268"_s, u"M269"_s, u"M290"_s})
+        m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', '%1', '%1: $$')"_s.arg(code));
     m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"103"_s, u"Cy"_s, u"000B82000103"_s);
     m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"101"_s, u"Ann"_s, u"000B82000101"_s);
     m_database->addPhone(u"ACME"_s, u"GXP2000"_s, u"102"_s, u"Bob"_s, u"000B82000102"_s);
@@ -92,7 +95,7 @@ void tst_generate::cleanup()
     QCOMPARE(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s);
 }
 
-bool tst_generate::run(const std::function<void(qsizetype)>& onProgress)
+std::optional<qsizetype> tst_generate::run(const std::function<void(qsizetype)>& onProgress)
 {
     m_lines.clear();
     return Generate(m_database->main, m_request,
@@ -145,7 +148,7 @@ void tst_generate::golden()
     QVERIFY(run());
     QCOMPARE(content(device).toHex(' '), goldenFile(model.toLower() + ".device"_L1).toHex(' '));
     QCOMPARE(content(u"7 - 000B82A1b2C3.TXT"_s), goldenFile(model.toLower() + ".source"_L1));
-    QCOMPARE(m_lines.join(u'\n'), u"M13: 7 - 000B82A1b2C3.TXT - Zoé\nM202: 3\nM15: \nM12: "_s);
+    QCOMPARE(m_lines.join(u'\n'), u"M13: 7 - 000B82A1b2C3.TXT - Zoé\nM202: 3\nM15: \nM12: \nM290: 1 / 1"_s);
 }
 
 void tst_generate::lines()
@@ -155,10 +158,10 @@ void tst_generate::lines()
             "UPDATE PHONES SET PH_MAC = '00:1', PH_DESC = 'Ωtto $$P' WHERE PH_CODE = '102'"_s);
     m_request.phoneTo = u"102"_s;
     m_database->main.stopFlag = true; // left from a run before
-    QVERIFY(run());
+    QCOMPARE(run(), 2);
     QCOMPARE(m_lines.join(u'\n'), u"M13: 101 - 000B82000101.TXT - Ann\nM200: 1\nM15: \n"
                                   "M13: 102 - 00:1.TXT - Ωtto $$P\nM200: 1\nM206: 00:1\nM11: : - 00:1\n"
-                                  "M202: 2\nM15: \nM12: "_s);
+                                  "M202: 2\nM15: \nM12: \nM290: 2 / 2"_s);
     QCOMPARE(m_database->user.shown, QStringList());
 }
 
@@ -173,9 +176,16 @@ void tst_generate::goesThrough_data()
         "\r\n\r\nP3=p&P2=c&P1=for 103&"_ba, three);
     row("range", "1011-102", "", "cfg000B82000102", "\r\n\r\nP2=c&P1=for 102&"_ba, "M13 M15 M12");
     row("same address", "101-103", "UPDATE PHONES SET PH_MAC = '000B82000103' WHERE PH_CODE > '101'",
-        "cfg000B82000101, cfg000B82000103", "P1=for 103&"_ba, three);
+        "cfg000B82000101, cfg000B82000103", "P1=for 103&"_ba, "M13 M15 M13 M15 M13 M267 M15 M12 M290");
+    const auto others = "101 - 000B82000101.TXT, cfg000B82000101, 103 - 000B82000103.TXT, cfg000B82000103";
+    const auto refused = "M13 M15 M13 M268 M13 M15 M12 M290";
+    row("slash in code", "101-103 with source", "UPDATE RANGES SET PH_CODE = '101/2' WHERE PH_CODE = '102'",
+        others, ""_ba, refused);
+    row("slash in address", "101-103 with source",
+        "UPDATE PHONES SET PH_MAC = '../../2' WHERE PH_CODE = '102'", others, ""_ba,
+        "M13 M15 M13 M206 M268 M13 M15 M12 M290");
     row("no module", "101-103", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", ""_ba, "M12");
-    row("no parameters", "101-103", noParameters, "", ""_ba, "M13 M14 M13 M14 M13 M14 M12");
+    row("no parameters", "101-103", noParameters, "", ""_ba, "M13 M14 M13 M14 M13 M14 M12 M290");
     const auto pap2 = "UPDATE EQUIPMENT SET EQ_MODULE = 'PAP2'";
     const auto f1000 = "UPDATE EQUIPMENT SET EQ_MODULE = 'F1000'";
     row("GXP2000, company", "company", "", "GXP2000 - ACME.txt", "\x01\x03\r\n\r\nP2=c&P1=for 103&"_ba,
@@ -198,10 +208,12 @@ void tst_generate::goesThrough()
     QFETCH(QByteArray, holds);
     execute(statements);
     m_request.levels = {phones.contains(u'-'), phones != "model"_L1, true};
-    m_request.withSource = !m_request.levels.phone;
+    m_request.withSource = !m_request.levels.phone || phones.endsWith("with source"_L1);
     m_request.phoneFrom = phones.section(u'-', 0, 0);
-    m_request.phoneTo = phones.section(u'-', 1);
-    QVERIFY(run());
+    m_request.phoneTo = phones.section(u'-', 1).section(u' ', 0, 0);
+    QVERIFY(QDir(m_out->path()).mkdir(u"101"_s)); // into which no name may lead
+    const auto withRemarks = run();
+    QVERIFY(withRemarks);
     QStringList expected = names.split(u", "_s, Qt::SkipEmptyParts);
     if (!expected.isEmpty())
         QVERIFY2(content(expected.last()).contains(holds), content(expected.last()).toHex(' '));
@@ -210,6 +222,7 @@ void tst_generate::goesThrough()
     for (QString& line : m_lines)
         line = line.section(u':', 0, 0);
     QTEST(m_lines.join(u' '), "codes");
+    QCOMPARE(*withRemarks > 0, m_lines.contains(u"M290"_s));
     QCOMPARE(m_database->user.shown, QStringList());
 }
 
@@ -227,10 +240,6 @@ void tst_generate::endsEarly_data()
     row("unknown macro", "UPDATE EQUIPMENT_PARAMETERS SET PA_DEFAULT = '$$X'", "@", "M6: $$X", "");
     const auto first = "101 - 000B82000101.TXT, cfg000B82000101";
     row("too large", tooMuchFor102, "@", "M203: 102 - Bob", first);
-    row("slash in code", "UPDATE RANGES SET PH_CODE = '101/2' WHERE PH_CODE = '102'", "@",
-        "M204: 101/2 - Bob - ", first);
-    row("slash in address", "UPDATE PHONES SET PH_MAC = '../../2' WHERE PH_CODE = '102'", "@",
-        "M204: 102 - Bob - ", first);
 }
 
 /// The run ends with a message, and without the files of the phone that it is about.
@@ -242,7 +251,6 @@ void tst_generate::endsEarly()
     if (onServer())
         statements.replace("PRAGMA foreign_keys = OFF"_L1, "SET SESSION foreign_key_checks = 0"_L1);
     execute(statements);
-    QVERIFY(QDir(m_out->path()).mkdir(u"101"_s)); // into which no name may lead
     m_request.folder = folder.replace(u'@', m_out->path());
     m_request.withSource = true;
     QVERIFY(!run());
@@ -253,14 +261,34 @@ void tst_generate::endsEarly()
     QTEST(files().join(u", "_s), "names");
 }
 
+void tst_generate::folderPerPhone_data()
+{
+    columns<QString, QString, QString, QString>("name", "folder", "shown", "names");
+    row("missing", "Bob", "/$$P", "M7: @/103", "101/cfg000B82000101, 102/cfg000B82000102");
+    const auto others = "Ann/cfg000B82000101, Cy/cfg000B82000103";
+    row("out of the folder", "..", "\\$$N", "", others);
+    row("into another folder", "../101", "/$$N", "", others);
+    row("with a backslash", "..\\101", "/$$N", "", others);
+    row("below a folder", "Ann/.", "/$$N", "", others);
+}
+
+/// What stands for the macro names one folder: a phone whose text would lead elsewhere is refused alone.
 void tst_generate::folderPerPhone()
 {
-    QVERIFY(QDir(m_out->path()).mkdir(u"101"_s) && QDir(m_out->path()).mkdir(u"102"_s));
-    m_request.folder += u"\\$$P"_s;
-    QVERIFY(!run());
-    QCOMPARE(files().join(u", "_s), u"101/cfg000B82000101, 102/cfg000B82000102"_s);
-    const QString message = m_database->user.shown.join(u'\n');
-    QVERIFY2(message.startsWith("M7: "_L1) && message.endsWith("103"_L1), qPrintable(message));
+    QFETCH(QString, name);
+    QFETCH(QString, folder);
+    QFETCH(QString, shown);
+    for (const QString& made : {u"101"_s, u"102"_s, u"A"_s, u"Ann"_s, u"Cy"_s})
+        QVERIFY(QDir(m_out->path()).mkdir(made));
+    m_database->main.connection.execute(u"UPDATE PHONES SET PH_DESC = ? WHERE PH_CODE = '102'"_s, {name});
+    m_request.folder += folder;
+    QCOMPARE(run().has_value(), shown.isEmpty());
+    QTEST(files().join(u", "_s), "names");
+    QCOMPARE(m_database->user.shown.join(u'\n'), shown.replace(u'@', m_out->path()));
+    if (shown.isEmpty())
+        QCOMPARE(m_lines.sliced(2).join(u'\n'),
+                 "M269: 102 - "_L1 + name +
+                     "\nM13: 103 - 000B82000103.TXT - Cy\nM15: \nM12: \nM290: 1 / 3"_L1);
 }
 
 void tst_generate::cancel()
@@ -271,7 +299,7 @@ void tst_generate::cancel()
             told << done;
             m_database->main.stopFlag = done == after;
         };
-        QCOMPARE(run(stopAfter), after == 3);
+        QCOMPARE(run(stopAfter).has_value(), after == 3);
         QCOMPARE(m_lines.last(), after == 3 ? u"M12: "_s : u"M205: %1 / 3"_s.arg(after));
         QCOMPARE(told, (QList<qsizetype>{0, 1, 2, 3}.first(after + 1)));
         QCOMPARE(files().size(), after);
@@ -304,7 +332,7 @@ void tst_generate::fullDiskKeepsOlderFile()
     QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit tight = {30, before.rlim_max};
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const bool through = run();
+    const bool through = run().has_value();
     setrlimit(RLIMIT_FSIZE, &before);
     QCOMPARE(content(u"GXP2000.txt"_s), "older");
     QCOMPARE(files().size(), 1);

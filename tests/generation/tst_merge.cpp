@@ -116,17 +116,23 @@ void tst_merge::partition()
     QCOMPARE(m_database->user.shown, QStringList());
 }
 
-/// Phone values count whatever model they were entered for; the phone's own model describes them.
+/// Phone values count whatever model they were entered for; the phone's own model describes them, and its
+/// value wins, even where a macro stands in it. Of others, the first one does.
 void tst_merge::valuesOfOtherModels()
 {
     m_database->addParameter(u"GXP2000"_s, u"4"_s, u"P"_s, u"default"_s, u"own"_s);
-    set(u"P"_s, u"5"_s, u"v"_s, u"own"_s);
-    for (const QString& code : {u"4"_s, u"5"_s, u"Host"_s})
-        m_database->addParameter(u"PAP2"_s, code, u"P"_s, u"v"_s, u"foreign"_s);
-    m_database->run(u"INSERT INTO PHONES_PARAMETERS SELECT 'ACME', EQ_CODE, '1234', PA_CODE, 'v' FROM "
-                    "EQUIPMENT_PARAMETERS WHERE EQ_CODE = 'PAP2'"_s);
-    QCOMPARE(stage(u"P"_s), u"M200: 5"_s);
-    QCOMPARE(staged(), u"4|own|v|P\n5|own|v|P\nHost||v|P"_s);
+    set(u"P"_s, u"5"_s, u"of $$P"_s, u"own"_s);
+    set(u"P"_s, u"6"_s, u"plain"_s, u"own"_s);
+    m_database->addPhone(u"ZETA"_s, u"AAA"_s, u"77"_s, u"Another model"_s, u"4"_s);
+    for (const QString& model : {u"PAP2"_s, u"AAA"_s})
+        for (const QString& code : {u"4"_s, u"5"_s, u"6"_s, u"Host"_s})
+            m_database->addParameter(model, code, u"P"_s, u"v"_s, u"foreign"_s);
+    for (const QString& code : {u"4"_s, u"5"_s, u"6"_s, u"Host"_s})
+        addRow("PHONES_PARAMETERS", qPrintable("'ACME', 'PAP2', '1234', '"_L1 + code + "', 'v of $$P'"_L1));
+    addRow("PHONES_PARAMETERS", "'ACME', 'AAA', '1234', 'Host', 'first'");
+    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M266', 'M266: $$')"_s);
+    QCOMPARE(stage(u"P"_s), u"M266: PAP2 - 5\nM266: PAP2 - 6\nM200: Host"_s);
+    QCOMPARE(staged(), u"4|own|v of 1234|P\n5|own|of 1234|P\n6|own|plain|P\nHost||first|P"_s);
 }
 
 void tst_merge::macros_data()

@@ -16,7 +16,8 @@ private Q_SLOTS:
     void init();
     void treatsEveryCode_data();
     void treatsEveryCode();
-    void keepsWhatIsDoneWhenStopped();
+    void tellsWhatIsDone_data();
+    void tellsWhatIsDone();
     void worksByKeyboard();
 
 private:
@@ -72,25 +73,53 @@ void tst_ranges::treatsEveryCode()
     QTEST(codes(), "codes");
     QCOMPARE(m_database->user.shown, from > to ? QStringList(u"M24: "_s) : QStringList());
 
-    // A code too wide for its column is a line with the reason, and not the end.
-    lines.clear();
-    m_database->user.yesNoAnswer = true;
-    QVERIFY(generateRanges(m_database->main, {u"C1"_s, u"099999"_s, u"100000"_s, false}, report));
-    QCOMPARE(lines.first(3), QStringList({u"M27: 99999"_s, u"M31: "_s, u"M27: 100000"_s}));
-    QVERIFY2(lines.last().startsWith("M30:  - "_L1) && lines.last().size() > 20, qPrintable(lines.last()));
+    // Nothing is asked about a code too wide for its column, or a company that does not exist.
+    const QString before = codes();
+    m_database->user.shown.clear();
+    for (const RangeRequest& wrong : {RangeRequest{u"C1"_s, u"099999"_s, u"100000"_s, false},
+                                      {u"C' OR 'C1"_s, u"100"_s, u"100"_s, remove}})
+        QVERIFY(!generateRanges(m_database->main, wrong, report));
+    QCOMPARE(m_database->user.shown,
+             QStringList({u"The code 100000 has too many digits. Nothing was changed."_s,
+                          u"There is no company C' OR 'C1."_s}));
+    QTEST(m_database->user.questions.join(u'|'), "asked");
+    QCOMPARE(codes(), before);
 }
 
-void tst_ranges::keepsWhatIsDoneWhenStopped()
+void tst_ranges::tellsWhatIsDone_data()
 {
+    columns<bool, int, QString>("fails", "done", "last");
+    row("stopped", false, 1500, "Stopped. Codes done: 1500 / 9000");
+    row("failed", true, 1000, "The run failed. Codes done: 1000 / 9000");
+}
+
+/// Stopped or failed in the middle: two lines for each code that stays, and one that says how far the run
+/// got.
+void tst_ranges::tellsWhatIsDone()
+{
+    QFETCH(bool, fails);
+    QFETCH(int, done);
+    MMain& main = m_database->main;
     m_database->user.yesNoAnswer = true;
-    QString lastLine;
-    const RunReport report = {
-        [&lastLine](const QString& line) { lastLine = line; },
-        [this](qsizetype done, qsizetype) { m_database->main.stopFlag = done == 1500; }};
-    QVERIFY(!generateRanges(m_database->main, {u"C1"_s, u"1000"_s, u"9999"_s, false}, report));
+    QStringList lines;
+    const auto progress = [&](qsizetype treated, qsizetype) {
+        if (treated == 1500 && fails)
+            main.connection.close();
+        main.stopFlag = treated == 1500 && !fails;
+    };
+    bool failed = false;
+    try {
+        QVERIFY(!generateRanges(main, {u"C1"_s, u"1000"_s, u"9999"_s, false},
+                                {[&lines](const QString& line) { lines << line; }, progress}));
+    } catch (const DatabaseError&) {
+        failed = true;
+        main.connection.open(m_database->connectionString());
+    }
+    QCOMPARE(failed, fails);
     QCOMPARE(m_database->value(u"SELECT count(*) FROM RANGES WHERE CO_CODE = 'C1' AND length(PH_CODE) = 4"_s),
-             u"1500"_s);
-    QCOMPARE(lastLine, u"Stopped. Codes done: 1500 / 9000"_s);
+             QString::number(done));
+    QCOMPARE(lines.size(), done * 2 + 1);
+    QTEST(lines.last(), "last");
 }
 
 void tst_ranges::worksByKeyboard()

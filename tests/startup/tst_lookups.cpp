@@ -103,7 +103,9 @@ void tst_lookups::expandsMacros_data()
     };
     good("none", u"a $ b"_s, u"a $ b"_s);
     good("code", u"ext$$P"_s, u"ext1234"_s);
-    good("description", u"$$N"_s, u"Eva $$N O'Neil"_s);
+    good("description", u"$$N"_s, u"Eva $$N O'Neil 😀x"_s);
+    good("a character beyond 16 bits", u"$$N,14,3"_s, u"l 😀"_s);
+    good("after it", u"$$N,17,2"_s, u"x"_s);
     good("range", u"$$P,2,2"_s, u"23"_s);
     good("range beyond the end", u"$$P,3,9"_s, u"34"_s);
     good("range after the end", u"$$P,5,1"_s, u""_s);
@@ -130,7 +132,7 @@ void tst_lookups::expandsMacros_data()
 void tst_lookups::expandsMacros()
 {
     // The description holds a macro itself: the expansion must end all the same.
-    const Phone phone = {u"C1"_s, u"PAP2"_s, u"1234"_s, u"Eva $$N O'Neil"_s, u""_s};
+    const Phone phone = {u"C1"_s, u"PAP2"_s, u"1234"_s, u"Eva $$N O'Neil 😀x"_s, u""_s};
     QFETCH(QString, value);
     const MacroExpansion expansion = expandMacros(value, phone, MacroContext::Value);
     QTEST(expansion.text, "text");
