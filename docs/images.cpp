@@ -79,6 +79,8 @@ void takeRebootImage(MMain& main, const QString& folder, const QString& suffix)
     reboot.show();
     choose(reboot, u"Filter_1"_s, u"LUNA"_s);
     choose(reboot, u"Filter_2"_s, u"PAP2"_s);
+    choose(reboot, u"Filter_3"_s, u"113"_s);
+    choose(reboot, u"Filter_4"_s, u"116"_s);
     reboot.findChild<QPushButton*>(u"Ok"_s)->click();
     save(reboot, folder + "/FReboot"_L1 + suffix);
 }

@@ -1,6 +1,7 @@
 // The generation window, driven with mouse and keys over the real database.
 #include "files/whole_file.h"
 #include "generation/FGenerate.h"
+#include "support/controls.h"
 #include "support/rows.h"
 #include "support/test_database.h"
 
@@ -20,25 +21,16 @@ private Q_SLOTS:
     void remembersLevelsAndFolder_data();
     void remembersLevelsAndFolder();
     void keepsOneLevel();
-    void needsAnExistingFolder_data();
-    void needsAnExistingFolder();
     void browsesForAFolder();
     void generatesByKeyboard();
-    void stopsAfterTheCurrentPhone();
-    void closesAfterTheCurrentPhone();
-    void waitsForOtherBatches();
-    void reportsALostDatabase();
     void translatesItsCaptions();
 
 private:
-    QComboBox* filter(int number) const
-    {
-        return m_window->findChild<QComboBox*>(u"Filter_%1"_s.arg(number));
-    }
+    QComboBox* filter(int number) const { return velmora::filter(*m_window, number); }
     QCheckBox* level(int number) const { return m_window->findChild<QCheckBox*>(u"CLev_%1"_s.arg(number)); }
-    QPushButton* button(const QString& name) const { return m_window->findChild<QPushButton*>(name); }
+    QPushButton* button(const QString& name) const { return velmora::button(*m_window, name); }
     QString path() const { return m_window->findChild<QLabel*>(u"LPath"_s)->text(); }
-    QStringList lines() const;
+    QStringList lines() const { return velmora::lines(*m_window); }
     QStringList files() const { return QDir(m_database->folder()).entryList({u"cfg*"_s}, QDir::Files); }
     void remember(const QString& code, const QString& value) const;
     void choose(int number, const QString& text) const;
@@ -63,15 +55,6 @@ void tst_FGenerate::cleanup()
 {
     delete m_window;
     m_window = nullptr;
-}
-
-QStringList tst_FGenerate::lines() const
-{
-    const auto* list = m_window->findChild<QListWidget*>(u"List1"_s);
-    QStringList texts;
-    for (int row = 0; row < list->count(); ++row)
-        texts << list->item(row)->text();
-    return texts;
 }
 
 void tst_FGenerate::remember(const QString& code, const QString& value) const
@@ -171,24 +154,6 @@ void tst_FGenerate::keepsOneLevel()
     QVERIFY(filter(3)->isEnabled());
 }
 
-void tst_FGenerate::needsAnExistingFolder_data()
-{
-    columns<QString, bool>("below", "enabled");
-    row("exists", "", true);
-    row("missing", "/missing", false);
-    row("differs from phone to phone", "/$$P", true);
-    row("differs inside a name", "/phone $$P", true);
-    row("differs below a missing one", "/missing/$$P", false);
-}
-
-void tst_FGenerate::needsAnExistingFolder()
-{
-    QFETCH(QString, below);
-    remember(u"$$GENPATH"_s, m_database->folder() + below);
-    open();
-    QTEST(button(u"Generate"_s)->isEnabled(), "enabled");
-}
-
 void tst_FGenerate::browsesForAFolder()
 {
     open();
@@ -228,65 +193,6 @@ void tst_FGenerate::generatesByKeyboard()
     QVERIFY(button(u"Generate"_s)->isEnabled());
     QTest::keyClick(filter(4), Qt::Key_Escape);
     QVERIFY(!m_window->isVisible());
-}
-
-void tst_FGenerate::stopsAfterTheCurrentPhone()
-{
-    remember(u"$$GENPATH"_s, m_database->folder());
-    open();
-    const QString closeCaption = button(u"Cancel"_s)->text();
-    m_database->user.onEvents = [&] {
-        QVERIFY(!button(u"Generate"_s)->isEnabled());
-        QVERIFY(!filter(1)->isEnabled());
-        QTest::mouseClick(button(u"Cancel"_s), Qt::LeftButton);
-    };
-    QTest::mouseClick(button(u"Generate"_s), Qt::LeftButton);
-    QCOMPARE(lines(), QStringList(u"M205: 0 / 3"_s));
-    QVERIFY(m_window->isVisible());
-    QCOMPARE(button(u"Cancel"_s)->text(), closeCaption);
-
-    // The next run starts anew.
-    m_database->user.onEvents = {};
-    QTest::mouseClick(button(u"Generate"_s), Qt::LeftButton);
-    QCOMPARE(files().size(), 3);
-}
-
-void tst_FGenerate::closesAfterTheCurrentPhone()
-{
-    remember(u"$$GENPATH"_s, m_database->folder());
-    open();
-    m_database->user.onEvents = [&] {
-        m_window->close();
-        QVERIFY(m_window->isVisible());
-    };
-    QTest::mouseClick(button(u"Generate"_s), Qt::LeftButton);
-    QCOMPARE(lines(), QStringList(u"M205: 0 / 3"_s));
-    QTRY_VERIFY(!m_window->isVisible());
-}
-
-void tst_FGenerate::waitsForOtherBatches()
-{
-    remember(u"$$GENPATH"_s, m_database->folder());
-    open();
-    {
-        const Batch::Run other(m_database->main.batch);
-        QVERIFY(!button(u"Generate"_s)->isEnabled());
-        QTest::keyClick(filter(4), Qt::Key_Return);
-        QCOMPARE(lines(), QStringList());
-    }
-    QVERIFY(button(u"Generate"_s)->isEnabled());
-}
-
-void tst_FGenerate::reportsALostDatabase()
-{
-    remember(u"$$GENPATH"_s, m_database->folder());
-    open();
-    m_database->user.onEvents = [&] { m_database->main.connection.close(); };
-    QTest::mouseClick(button(u"Generate"_s), Qt::LeftButton);
-    QCOMPARE(m_database->user.shown.first(), u"Database error: No database is open."_s);
-    QVERIFY(!m_database->main.batch.running());
-    QTest::mouseClick(button(u"Generate"_s), Qt::LeftButton);
-    QCOMPARE(m_database->user.shown.size(), 2);
 }
 
 void tst_FGenerate::translatesItsCaptions()

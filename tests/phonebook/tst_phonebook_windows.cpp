@@ -3,7 +3,7 @@
 #include "phonebook/FPBExp.h"
 #include "phonebook/FPBGen.h"
 #include "phonebook/FPBImp.h"
-#include "support/rows.h"
+#include "support/controls.h"
 #include "support/test_database.h"
 
 #include <QComboBox>
@@ -27,27 +27,20 @@ private Q_SLOTS:
     void generates();
     void imports();
     void exports();
-    void stopsAnImport();
-    void remembersFolders_data();
-    void remembersFolders();
 
 private:
     template <typename Control> Control* control(const QString& name) const
     {
-        return m_window->findChild<Control*>(name);
+        return velmora::control<Control>(*m_window, name);
     }
     template <typename Window> void show()
     {
         m_window = std::make_unique<Window>(m_database->main);
         m_window->show();
     }
-    void choose(int list, const QString& code) const;
+    void choose(int list, const QString& code) const { velmora::choose(filter(*m_window, list), code); }
     QString folder() const { return control<QLabel>(u"LPath"_s)->text(); }
-    QString lastLine() const
-    {
-        const auto* list = control<QListWidget>(u"List1"_s);
-        return list->count() > 0 ? list->item(list->count() - 1)->text() : QString();
-    }
+    QString lastLine() const { return lines(*m_window).value(lines(*m_window).size() - 1); }
 
     std::unique_ptr<TestDatabase> m_database;
     std::unique_ptr<QWidget> m_window;
@@ -73,13 +66,6 @@ void tst_phonebook_windows::cleanup()
     m_database.reset();
 }
 
-void tst_phonebook_windows::choose(int list, const QString& code) const
-{
-    auto* filter = control<QComboBox>(u"Filter_%1"_s.arg(list));
-    filter->setCurrentIndex(filter->findText(code, Qt::MatchStartsWith));
-    Q_EMIT filter->activated(filter->currentIndex());
-}
-
 void tst_phonebook_windows::generates()
 {
     show<FPBGen>();
@@ -93,16 +79,10 @@ void tst_phonebook_windows::generates()
     QCOMPARE(lastLine(), u"201 - One"_s);
     QCOMPARE(control<QProgressBar>(u"Progress"_s)->text(), u"1 / 1"_s);
 
-    // Nothing to do is not endless work; another run keeps this window's inputs from asking anything.
+    // Nothing to do is not endless work.
     m_database->run(u"DELETE FROM PHONE_BOOK"_s);
     control<QPushButton>(u"Ok"_s)->click();
     QVERIFY(!control<QProgressBar>(u"Progress"_s)->isVisible());
-    {
-        const Batch::Run other(m_database->main.batch);
-        QVERIFY(!control<QComboBox>(u"Filter_1"_s)->isEnabled());
-        QVERIFY(!control<QPushButton>(u"BtPath"_s)->isEnabled());
-    }
-    QVERIFY(control<QPushButton>(u"BtPath"_s)->isEnabled());
 }
 
 void tst_phonebook_windows::imports()
@@ -143,45 +123,6 @@ void tst_phonebook_windows::exports()
     QCOMPARE(m_opened, QStringList(m_database->folder() + "/Phone_Book.xlsx"_L1));
     QVERIFY(QFile::exists(m_opened.first()));
     QDesktopServices::unsetUrlHandler(u"file"_s);
-}
-
-void tst_phonebook_windows::stopsAnImport()
-{
-    writeWholeFile(m_database->folder() + "/confUsers.ini"_L1,
-                   "[Users]\n[User1]\nName=A\nSurname=B\nExtension=201\nend\n");
-    show<FPBImp>();
-    choose(1, u"C1"_s);
-    choose(2, u"GXP2000"_s);
-    m_database->user.onEvents = [this] {
-        QVERIFY(!control<QPushButton>(u"Ok"_s)->isEnabled());
-        QVERIFY(!m_window->close());
-    };
-    control<QPushButton>(u"Ok"_s)->click();
-    QCOMPARE(lastLine(), u"Stopped: nothing was changed"_s);
-    QTRY_VERIFY(!m_window->isVisible());
-    QCOMPARE(m_database->value(u"SELECT BK_NAME || BK_FLAG FROM PHONE_BOOK"_s), u"OneV"_s);
-}
-
-void tst_phonebook_windows::remembersFolders_data()
-{
-    columns<QString, QString>("subcode", "path");
-    row("a folder that is gone", "$$PBGEN", "M7: /gone");
-    row("none", "", "M7: ");
-}
-
-void tst_phonebook_windows::remembersFolders()
-{
-    QFETCH(QString, subcode);
-    if (subcode.isEmpty())
-        m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE = '$$PBGEN'"_s);
-    else
-        m_database->run(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '/gone' WHERE SY_SUBCODE = '$$PBGEN'"_s);
-    show<FPBGen>();
-    choose(1, u"C1"_s);
-    choose(2, u"GXP2000"_s);
-    control<QPushButton>(u"Ok"_s)->click();
-    QCOMPARE(m_database->user.shown.size(), 1);
-    QTEST(m_database->user.shown.first(), "path");
 }
 
 QTEST_MAIN(tst_phonebook_windows)

@@ -1,5 +1,6 @@
 // The window that restarts phones, driven with mouse and keys against devices that are none.
 #include "reboot/FReboot.h"
+#include "support/controls.h"
 #include "support/device_double.h"
 #include "support/rows.h"
 #include "support/test_database.h"
@@ -17,15 +18,14 @@ private Q_SLOTS:
     void cleanup();
     void restartsTheChosenPhones();
     void showsWhoIsVisited();
-    void stopsAtOnce_data();
     void stopsAtOnce();
     void startsAnewAfterAnUnknownModel();
 
 private:
-    QPushButton* button(const QString& name) const { return m_window->findChild<QPushButton*>(name); }
-    QStringList lines() const;
+    QPushButton* button(const QString& name) const { return velmora::button(*m_window, name); }
+    QStringList lines() const { return velmora::lines(*m_window); }
     QStringList labels() const;
-    /// Opens the window with company C1 and a model chosen.
+    /// Opens the window with company C1, a model and all its phones chosen.
     void open(const DeviceDouble& device, const QString& equipment = u"PAP2"_s);
 
     std::unique_ptr<TestDatabase> m_database;
@@ -52,15 +52,6 @@ void tst_FReboot::cleanup()
     m_database.reset();
 }
 
-QStringList tst_FReboot::lines() const
-{
-    const auto* list = m_window->findChild<QListWidget*>(u"Lb1"_s);
-    QStringList texts;
-    for (int row = 0; row < list->count(); ++row)
-        texts << list->item(row)->text();
-    return texts;
-}
-
 QStringList tst_FReboot::labels() const
 {
     QStringList texts;
@@ -74,11 +65,12 @@ void tst_FReboot::open(const DeviceDouble& device, const QString& equipment)
     if (!m_window)
         m_window = std::make_unique<FReboot>(m_database->main, device.port());
     m_window->show();
-    for (const auto& [number, text] : {std::pair(1, u"C1"_s), std::pair(2, equipment)}) {
-        auto* list = m_window->findChild<QComboBox*>(u"Filter_%1"_s.arg(number));
-        list->setCurrentIndex(list->findText(text, Qt::MatchStartsWith));
-        Q_EMIT list->activated(list->currentIndex());
-    }
+    choose(filter(*m_window, 1), u"C1"_s);
+    choose(filter(*m_window, 2), equipment);
+    QVERIFY(!button(u"Ok"_s)->isEnabled()); // no phones are proposed
+    choose(filter(*m_window, 3), u"10"_s);
+    if (equipment == "PAP2"_L1)
+        choose(filter(*m_window, 4), u"103"_s);
 }
 
 void tst_FReboot::restartsTheChosenPhones()
@@ -87,9 +79,11 @@ void tst_FReboot::restartsTheChosenPhones()
     m_window = std::make_unique<FReboot>(m_database->main, device.port());
     QVERIFY(!button(u"Ok"_s)->isEnabled());
     open(device);
-    QVERIFY(button(u"Ok"_s)->isEnabled());
-    QTest::keyClick(m_window->findChild<QComboBox*>(u"Filter_3"_s), Qt::Key_Down);
-    QTest::keyClick(m_window->findChild<QComboBox*>(u"Filter_4"_s), Qt::Key_Return);
+    QVERIFY2(button(u"Ok"_s)->text().contains("3 phones"_L1), qPrintable(button(u"Ok"_s)->text()));
+    QTest::keyClick(filter(*m_window, 3), Qt::Key_Down);
+    QTest::keyClick(filter(*m_window, 4), Qt::Key_Return);
+    QCOMPARE(lines(), QStringList()); // one Return in a list must not restart a company
+    QTest::keyClick(button(u"Ok"_s), Qt::Key_Return);
     QCOMPARE(lines(), QStringList({u"PAP2 127.0.0.1 - 102 - phone 102"_s, u"M15: "_s,
                                    u"PAP2 127.0.0.1 - 103 - phone 103"_s, u"M15: "_s}));
     QCOMPARE(device.received().size(), 4);
@@ -114,29 +108,16 @@ void tst_FReboot::showsWhoIsVisited()
     QCOMPARE(button(u"Cancel"_s)->text(), u"Close"_s);
 }
 
-void tst_FReboot::stopsAtOnce_data()
-{
-    columns<bool>("closing");
-    row("by Stop", false);
-    row("by closing the window", true);
-}
-
 void tst_FReboot::stopsAtOnce()
 {
-    QFETCH(bool, closing);
     const DeviceDouble silent([](QTcpSocket&, const QByteArray&) {});
     open(silent);
-    QTimer::singleShot(300, m_window.get(), [this, closing] {
-        if (closing)
-            QVERIFY(!m_window->close());
-        else
-            QTest::mouseClick(button(u"Cancel"_s), Qt::LeftButton);
-    });
+    QTimer::singleShot(300, m_window.get(),
+                       [this] { QTest::mouseClick(button(u"Cancel"_s), Qt::LeftButton); });
     button(u"Ok"_s)->click();
     // An exchange that was cut off counts as ended without a challenge; no other phone is visited.
     QCOMPARE(lines(), QStringList({u"PAP2 127.0.0.1 - 101 - phone 101"_s, u"M15: "_s}));
     QVERIFY(labels().contains(u"0 restarted, 0 refused, 0 unreachable"_s));
-    QTRY_COMPARE(m_window->isVisible(), !closing);
     QCOMPARE(silent.received().size(), 1);
 
     // The next run starts anew.

@@ -19,8 +19,7 @@ class tst_FMain : public QObject {
 
 private Q_SLOTS:
     void init();
-    void keepsItsBuiltInTexts();
-    void translatesTitleAndMenu();
+    void translatesItsBuiltInTexts();
     void enablesByRightsAndActions_data();
     void enablesByRightsAndActions();
     void saysWhyAnItemIsDisabled();
@@ -29,10 +28,19 @@ private Q_SLOTS:
     void quits();
     void stopsARunBeforeItCloses();
     void remembersItsWindows();
-    void arrangesItsChildren();
 
 private:
-    void addText(const QString& code, const QString& text);
+    /// Shows a child of that name.
+    static void showChild(FMain& window, int* made = nullptr)
+    {
+        window.showChild(u"Child"_s, [made] {
+            auto* child = new QWidget;
+            child->setObjectName(u"Child"_s);
+            if (made)
+                ++*made;
+            return child;
+        });
+    }
     static QAction* item(const FMain& window, const QString& control)
     {
         return window.findChild<QAction*>(control);
@@ -47,13 +55,7 @@ void tst_FMain::init()
     m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', '*', '*')"_s);
 }
 
-void tst_FMain::addText(const QString& code, const QString& text)
-{
-    m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', ?, ?)"_s,
-                                        {code, text});
-}
-
-void tst_FMain::keepsItsBuiltInTexts()
+void tst_FMain::translatesItsBuiltInTexts()
 {
     m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$DESC_EN'"_s);
     const FMain window(m_database->main);
@@ -69,19 +71,14 @@ void tst_FMain::keepsItsBuiltInTexts()
     for (const QAction* action : item(window, u"PhoneBook"_s)->menu()->actions())
         book << action->text();
     QCOMPARE(book, QStringList({u"Generate"_s, u"Import"_s, u"Export"_s}));
-    QCOMPARE(menuItems().size(), 14);
-}
 
-void tst_FMain::translatesTitleAndMenu()
-{
-    addText(u"FMAIN"_s, u"Phones"_s);
-    addText(u"FMAIN_CONFIG"_s, u"Set up"_s);
-    addText(u"FMAIN_PHONEBOOK"_s, u"Directory"_s);
-    const FMain window(m_database->main);
-    QCOMPARE(window.windowTitle(), u"Phones 1.1.42 - JDOE"_s);
-    QCOMPARE(item(window, u"Config"_s)->text(), u"Set up"_s);
-    QCOMPARE(item(window, u"PhoneBook"_s)->text(), u"Directory"_s);
-    QCOMPARE(item(window, u"Help1"_s)->text(), u"Help"_s);
+    for (const auto& [code, text] :
+         {std::pair(u"FMAIN"_s, u"Phones"_s), {u"FMAIN_PHONEBOOK"_s, u"Directory"_s}})
+        m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', ?, ?)"_s,
+                                            {code, text});
+    const FMain translated(m_database->main);
+    QCOMPARE(translated.windowTitle(), u"Phones 1.1.42 - JDOE"_s);
+    QCOMPARE(item(translated, u"PhoneBook"_s)->text(), u"Directory"_s);
 }
 
 void tst_FMain::enablesByRightsAndActions_data()
@@ -124,15 +121,7 @@ void tst_FMain::showsEachChildOnce()
 {
     FMain window(m_database->main);
     int made = 0;
-    const auto show = [&] {
-        window.showChild(u"Child"_s, [&] {
-            ++made;
-            auto* child = new QWidget;
-            child->setObjectName(u"Child"_s);
-            return child;
-        });
-    };
-    window.setActions({{u"Ranges"_s, show}});
+    window.setActions({{u"Ranges"_s, [&] { showChild(window, &made); }}});
     window.show();
     item(window, u"Ranges"_s)->trigger();
     item(window, u"Ranges"_s)->trigger();
@@ -157,10 +146,8 @@ void tst_FMain::reportsAFailingAction()
 void tst_FMain::quits()
 {
     FMain window(m_database->main);
-    window.setActions(
-        {{u"Ranges"_s, [&window] { window.showChild(u"Child"_s, [] { return new QWidget; }); }}});
     window.show();
-    item(window, u"Ranges"_s)->trigger();
+    showChild(window);
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
     QVERIFY(!window.isVisible());
@@ -186,11 +173,7 @@ void tst_FMain::remembersItsWindows()
     const QString settings = m_database->folder() + "/windows.ini"_L1;
     const QRect place(30, 40, 300, 200);
     const auto open = [](FMain& window) {
-        window.showChild(u"Child"_s, [] {
-            auto* child = new QWidget;
-            child->setObjectName(u"Child"_s);
-            return child;
-        });
+        showChild(window);
         return window.findChild<QMdiSubWindow*>();
     };
     for (const bool again : {false, true}) {
@@ -209,32 +192,6 @@ void tst_FMain::remembersItsWindows()
     FMain window(m_database->main);
     window.show();
     QVERIFY(open(window)->geometry() != place);
-}
-
-void tst_FMain::arrangesItsChildren()
-{
-    FMain window(m_database->main);
-    window.show();
-    for (const QString& name : {u"One"_s, u"Two"_s})
-        window.showChild(name, [&name] {
-            auto* child = new QWidget;
-            child->setObjectName(name);
-            return child;
-        });
-    const QList<QMdiSubWindow*> children = window.findChildren<QMdiSubWindow*>();
-    const auto choose = [&window](const QString& caption) {
-        for (QAction* action : window.findChildren<QAction*>())
-            if (action->text() == caption)
-                action->trigger();
-    };
-    choose(u"Tile"_s);
-    QVERIFY(!children[0]->geometry().intersects(children[1]->geometry()));
-    choose(u"Cascade"_s);
-    QVERIFY(children[0]->geometry().intersects(children[1]->geometry()));
-    auto* area = window.findChild<QMdiArea*>();
-    const QMdiSubWindow* active = area->activeSubWindow();
-    choose(u"Next"_s);
-    QVERIFY(area->activeSubWindow() != active);
 }
 
 QTEST_MAIN(tst_FMain)
