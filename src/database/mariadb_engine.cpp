@@ -115,7 +115,8 @@ void MariaDbEngine::restrictSession(const QSqlDatabase& database) const
     const auto setServerOption = reinterpret_cast<SetServerOption>(clientFunction("mysql_set_server_option"));
     const auto setOption = reinterpret_cast<SetOption>(clientFunction("mysql_options"));
     const QVariant handle = database.driver()->handle();
-    void* const session = handle.isValid() ? *static_cast<void* const*>(handle.constData()) : nullptr;
+    const bool isSession = handle.metaType().flags().testFlag(QMetaType::IsPointer);
+    void* const session = isSession ? *static_cast<void* const*>(handle.constData()) : nullptr;
     const unsigned int off = 0;
     if (!setServerOption || !setOption || !session || setOption(session, optionLocalInfile, &off) != 0 ||
         setServerOption(session, multiStatementsOff) != 0)

@@ -43,10 +43,10 @@ QStringList missingStatements(const QString& version)
 QString keepCopy(MMain& main, const QString& version)
 {
     const QString copy = main.connection.keepCopy(version);
-    return copy.isEmpty() ? u"No copy of a database on a server is kept here. To have one, make it with "
-                            u"mariadb-dump, as "
-                            "the manual says, before the new version is started."_s
-                          : "The database as it was is kept in "_L1 + copy;
+    if (!copy.isEmpty())
+        return "The database as it was is kept in "_L1 + copy;
+    return u"No copy of a database on a server is kept here. To have one, make it with mariadb-dump, as the "
+           "manual says, before the new version is started."_s;
 }
 
 /// Runs the statements of a step and stamps the database.
