@@ -144,7 +144,7 @@ void MariaDbEngine::executePortable(Connection& connection, const QString& state
 
 void MariaDbEngine::executeStep(Connection& connection, const QString& statement) const
 {
-    if (!standsAlready(connection, statement))
+    if (!changeMariaDbSchema(connection, statement))
         executePortable(connection, statement);
 }
 

@@ -55,20 +55,62 @@ bool hasRow(Connection& connection, const QString& table, const QString& literal
                 .eof();
 }
 
+/// Throws DatabaseError where rows of `table` refer to none of `parent`.
+void checkReferences(Connection& connection, const QString& table, const QStringList& columns,
+                     const QString& parent, const QStringList& parentColumns)
+{
+    QStringList required;
+    QStringList equal;
+    for (qsizetype column = 0; column < columns.size(); ++column) {
+        const QString own = table + u'.' + columns[column];
+        required << own + " IS NOT NULL"_L1;
+        equal << parent + u'.' + parentColumns.value(column) + " = "_L1 + own;
+    }
+    const QString broken = connection
+                               .select("SELECT COUNT(*) FROM "_L1 + table + " WHERE "_L1 +
+                                       required.join(" AND "_L1) + " AND NOT EXISTS (SELECT 1 FROM "_L1 +
+                                       parent + " WHERE "_L1 + equal.join(" AND "_L1) + u')')
+                               .text(0);
+    if (broken != "0"_L1)
+        throw DatabaseError(
+            {}, u"%1 rows of %2 refer to rows of %3 that do not exist"_s.arg(broken, table, parent));
+}
+
+/// The server adds a foreign key in place only where it need not check the rows itself.
+void addForeignKey(Connection& connection, const QString& statement, const QRegularExpressionMatch& match)
+{
+    static const QString separator = u", "_s;
+    checkReferences(connection, match.captured("altered"_L1), match.captured("own"_L1).split(separator),
+                    match.captured("parent"_L1), match.captured("others"_L1).split(separator));
+    connection.execute(u"SET SESSION foreign_key_checks = 0"_s);
+    try {
+        connection.executePortable(statement);
+    } catch (const DatabaseError&) {
+        if (!connection.isLost())
+            connection.execute(u"SET SESSION foreign_key_checks = 1"_s);
+        throw;
+    }
+    connection.execute(u"SET SESSION foreign_key_checks = 1"_s);
+}
+
 } // namespace
 
-bool standsAlready(Connection& connection, const QString& statement)
+bool changeMariaDbSchema(Connection& connection, const QString& statement)
 {
     static const QRegularExpression change(
-        u"^(?:ALTER TABLE (?<altered>\\w+) (?:DROP CONSTRAINT (?<dropped>\\w+)|ADD CONSTRAINT (?<key>\\w+) "
-        u".*|"
+        u"^(?:ALTER TABLE (?<altered>\\w+) (?:DROP CONSTRAINT (?<dropped>\\w+)|"
+        "ADD CONSTRAINT (?<key>\\w+) FOREIGN KEY \\((?<own>[^)]*)\\) REFERENCES "
+        "(?<parent>\\w+)\\((?<others>[^)]*)\\).*|"
         "ADD (?<columns>.*))|INSERT INTO (?<table>\\w+) VALUES\\((?<row>.*)\\))\\s*$"_s);
     const QRegularExpressionMatch match = change.match(statement);
     const QString altered = match.captured("altered"_L1);
     if (match.hasCaptured("dropped"_L1))
         return !hasForeignKey(connection, altered, match.captured("dropped"_L1));
-    if (match.hasCaptured("key"_L1))
-        return hasForeignKey(connection, altered, match.captured("key"_L1));
+    if (match.hasCaptured("key"_L1)) {
+        if (!hasForeignKey(connection, altered, match.captured("key"_L1)))
+            addForeignKey(connection, statement, match);
+        return true;
+    }
     if (match.hasCaptured("columns"_L1))
         return hasColumns(connection, altered, match.captured("columns"_L1));
     return match.hasCaptured("row"_L1) &&
