@@ -56,6 +56,7 @@ void Connection::openSession()
         m_engine->configure(database, string, m_mode);
         if (!database.open())
             fail(string.text(), database.lastError());
+        m_engine->restrictSession(database);
         m_engine->prepareSession(*this, m_mode);
         if (m_preparation)
             m_preparation(*this);
@@ -108,6 +109,11 @@ int Connection::execute(const QString& statement, const QStringList& values)
 void Connection::executePortable(const QString& statement)
 {
     m_engine->executePortable(*this, statement);
+}
+
+void Connection::executeStep(const QString& statement)
+{
+    m_engine->executeStep(*this, statement);
 }
 
 Recordset Connection::select(const QString& statement, const QStringList& values)

@@ -46,6 +46,9 @@ public:
     int execute(const QString& statement, const QStringList& values = {});
     /// Runs a statement whose text is the same for all engines, in the words of this one.
     void executePortable(const QString& statement);
+    /// Runs a statement of an upgrade step, in the words of this engine. Where it can't undo changes of the
+    /// schema, a statement whose effect already stands, left by a step that was cut off, is passed over.
+    void executeStep(const QString& statement);
     /// Runs a query and holds its whole result.
     Recordset select(const QString& statement, const QStringList& values = {});
     /// Runs a query whose rows are read one by one.
@@ -64,6 +67,7 @@ public:
     void holdDeclaredTypes();
 
 private:
+    friend class SchemaLock;
     friend class Transaction;
 
     void openSession();

@@ -46,10 +46,16 @@ public:
     Engine& operator=(const Engine&) = delete;
     virtual ~Engine() = default;
 
+    /// How long lockSchema() waits: long enough for a server to clear up after a session that was killed.
+    static constexpr int schemaLockSeconds = 5;
+
     /// The name of the Qt SQL driver.
     virtual QString driver() const = 0;
     /// Fills `database` from the connection string. Throws DatabaseError naming a missing key.
     virtual void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const = 0;
+    /// Holds an opened session to one statement a call, and to reading no file of this computer for the
+    /// server. Throws DatabaseError where that can't be done.
+    virtual void restrictSession(const QSqlDatabase& database) const = 0;
     /// Prepares an opened session; a statement that fails here counts as a failed open.
     virtual void prepareSession(Connection& connection, OpenMode mode) const = 0;
     /// Runs a statement whose text is the same for all engines, in the words of this one.
@@ -58,11 +64,20 @@ public:
     virtual QString file(const ConnectionString& string) const;
     /// Whether the database holds no table and nobody else has it open.
     virtual bool isUnused(Connection& connection) const;
+    /// Runs a statement of an upgrade step. Where the engine can't undo changes of the schema, one whose
+    /// effect already stands, left by a step that was cut off, is passed over.
+    virtual void executeStep(Connection& connection, const QString& statement) const = 0;
     /// Keeps a copy of the whole database beside it, `name` added to its file name, and returns where; an
     /// empty text for an engine whose databases are no files. REQUIRES: no transaction.
     virtual QString keepCopy(Connection& connection, const QString& name) const = 0;
     /// The statement that begins a transaction which is going to write.
     virtual QString beginTransaction() const = 0;
+    /// Whether a change of the schema makes everything before it in its transaction lasting, and ends it.
+    virtual bool schemaChangeEndsTransaction() const = 0;
+    /// Has the other sessions that call this wait. False where another one has not let go within
+    /// Engine::schemaLockSeconds. An engine whose transactions hold off all others needs no such lock.
+    virtual bool lockSchema(Connection& connection) const = 0;
+    virtual void unlockSchema(Connection& connection) const = 0;
     /// Why the engine refused a statement.
     virtual DatabaseError::Cause cause(const QSqlError& error) const = 0;
     /// Which part of `database` the error is about, where the engine's words don't tell; else an empty text.

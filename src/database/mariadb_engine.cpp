@@ -1,8 +1,13 @@
 #include "database/mariadb_engine.h"
 
 #include "database/connection.h"
+#include "database/mariadb_schema_change.h"
 
+#include <QCoreApplication>
+#include <QLibrary>
 #include <QRegularExpression>
+#include <QSqlDriver>
+#include <QVariant>
 
 #include <algorithm>
 #include <iterator>
@@ -45,6 +50,9 @@ DatabaseError::Cause brokenRule(DatabaseError::Reason reason, const QString& wor
     return {reason, {}, words.section(u'\'', 1, 1)};
 }
 
+/// One lock for each database of the server.
+constexpr auto schemaLockName = "CONCAT('velmora ', MD5(DATABASE()))"_L1;
+
 /// In the words of this server: NVARCHAR would mean a character set of three bytes; a table's own follows its
 /// declaration; and each of several new columns has an ADD of its own.
 QString adapted(QString statement)
@@ -59,6 +67,17 @@ QString adapted(QString statement)
     if (newColumns.match(statement).hasMatch())
         return statement.replace(", "_L1, ", ADD "_L1);
     return statement;
+}
+
+/// A function of the client library that the driver itself uses; null where it can't be found.
+QFunctionPointer clientFunction(const char* name)
+{
+    for (const QString& folder : QCoreApplication::libraryPaths()) {
+        QLibrary driver(folder + "/sqldrivers/qsqlmysql"_L1);
+        if (const QFunctionPointer function = driver.resolve(name))
+            return function;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -85,6 +104,25 @@ void MariaDbEngine::configure(QSqlDatabase& database, const ConnectionString& st
                  QString::number(Connection::commandTimeoutSeconds)));
 }
 
+void MariaDbEngine::restrictSession(const QSqlDatabase& database) const
+{
+    // The driver opens every session for several statements a call, and has no option for files: both are
+    // taken back through the client library's own calls (https://mariadb.com/kb/en/mysql_optionsv/).
+    constexpr int multiStatementsOff = 1;
+    constexpr int optionLocalInfile = 8;
+    using SetServerOption = int (*)(void* session, int option);
+    using SetOption = int (*)(void* session, int option, const void* value);
+    const auto setServerOption = reinterpret_cast<SetServerOption>(clientFunction("mysql_set_server_option"));
+    const auto setOption = reinterpret_cast<SetOption>(clientFunction("mysql_options"));
+    const QVariant handle = database.driver()->handle();
+    const bool isSession = handle.metaType().flags().testFlag(QMetaType::IsPointer);
+    void* const session = isSession ? *static_cast<void* const*>(handle.constData()) : nullptr;
+    const unsigned int off = 0;
+    if (!setServerOption || !setOption || !session || setOption(session, optionLocalInfile, &off) != 0 ||
+        setServerOption(session, multiStatementsOff) != 0)
+        throw DatabaseError(database.databaseName(), u"The session can't be held to one statement a call."_s);
+}
+
 void MariaDbEngine::prepareSession(Connection& connection, OpenMode mode) const
 {
     connection.execute(u"SET NAMES utf8mb4 COLLATE utf8mb4_nopad_bin"_s);
@@ -104,6 +142,12 @@ void MariaDbEngine::executePortable(Connection& connection, const QString& state
     connection.execute(adapted(QString(statement).replace("'$$' + "_L1, "'$$' || "_L1)));
 }
 
+void MariaDbEngine::executeStep(Connection& connection, const QString& statement) const
+{
+    if (!changeMariaDbSchema(connection, statement))
+        executePortable(connection, statement);
+}
+
 QString MariaDbEngine::keepCopy(Connection&, const QString&) const
 {
     return {};
@@ -112,6 +156,25 @@ QString MariaDbEngine::keepCopy(Connection&, const QString&) const
 QString MariaDbEngine::beginTransaction() const
 {
     return u"START TRANSACTION"_s;
+}
+
+bool MariaDbEngine::schemaChangeEndsTransaction() const
+{
+    return true;
+}
+
+bool MariaDbEngine::lockSchema(Connection& connection) const
+{
+    // The server ends with the session what it held; one whose computer has gone silent must end in time.
+    connection.execute(u"SET SESSION wait_timeout = %1"_s.arg(Connection::commandTimeoutSeconds));
+    return connection.select(u"SELECT GET_LOCK(%1, %2)"_s.arg(schemaLockName).arg(schemaLockSeconds))
+               .text(0) == "1"_L1;
+}
+
+void MariaDbEngine::unlockSchema(Connection& connection) const
+{
+    connection.execute(u"DO RELEASE_LOCK(%1)"_s.arg(schemaLockName));
+    connection.execute(u"SET SESSION wait_timeout = DEFAULT"_s);
 }
 
 DatabaseError::Cause MariaDbEngine::cause(const QSqlError& error) const

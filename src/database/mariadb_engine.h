@@ -12,10 +12,15 @@ class MariaDbEngine final : public Engine {
 public:
     QString driver() const override;
     void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const override;
+    void restrictSession(const QSqlDatabase& database) const override;
     void prepareSession(Connection& connection, OpenMode mode) const override;
     void executePortable(Connection& connection, const QString& statement) const override;
+    void executeStep(Connection& connection, const QString& statement) const override;
     QString keepCopy(Connection& connection, const QString& name) const override;
     QString beginTransaction() const override;
+    bool schemaChangeEndsTransaction() const override;
+    bool lockSchema(Connection& connection) const override;
+    void unlockSchema(Connection& connection) const override;
     DatabaseError::Cause cause(const QSqlError& error) const override;
     QStringList tables(Connection& connection) const override;
     QList<Column> columns(Connection& connection, const QString& table) const override;

@@ -120,6 +120,11 @@ void SqliteEngine::configure(QSqlDatabase& database, const ConnectionString& str
     database.setConnectOptions(options);
 }
 
+void SqliteEngine::restrictSession(const QSqlDatabase&) const
+{
+    // The driver refuses a second statement, and there is no server.
+}
+
 void SqliteEngine::prepareSession(Connection& connection, OpenMode mode) const
 {
     // The engine reads a file only when a statement needs it: this one finds out that it is no database.
@@ -159,6 +164,11 @@ bool SqliteEngine::isUnused(Connection& connection) const
     return tables(connection).isEmpty();
 }
 
+void SqliteEngine::executeStep(Connection& connection, const QString& statement) const
+{
+    executePortable(connection, statement);
+}
+
 QString SqliteEngine::keepCopy(Connection& connection, const QString& name) const
 {
     const QFileInfo database(
@@ -186,6 +196,21 @@ QString SqliteEngine::beginTransaction() const
     // Takes the write lock at once: a transaction that first reads and then writes could fail without
     // waiting.
     return u"BEGIN IMMEDIATE"_s;
+}
+
+bool SqliteEngine::schemaChangeEndsTransaction() const
+{
+    return false;
+}
+
+bool SqliteEngine::lockSchema(Connection&) const
+{
+    return true;
+}
+
+void SqliteEngine::unlockSchema(Connection&) const
+{
+    // The end of the transaction lets the others go on.
 }
 
 DatabaseError::Cause SqliteEngine::cause(const QSqlError& error) const

@@ -12,12 +12,17 @@ class SqliteEngine final : public Engine {
 public:
     QString driver() const override;
     void configure(QSqlDatabase& database, const ConnectionString& string, OpenMode mode) const override;
+    void restrictSession(const QSqlDatabase& database) const override;
     void prepareSession(Connection& connection, OpenMode mode) const override;
     void executePortable(Connection& connection, const QString& statement) const override;
     QString file(const ConnectionString& string) const override;
     bool isUnused(Connection& connection) const override;
+    void executeStep(Connection& connection, const QString& statement) const override;
     QString keepCopy(Connection& connection, const QString& name) const override;
     QString beginTransaction() const override;
+    bool schemaChangeEndsTransaction() const override;
+    bool lockSchema(Connection& connection) const override;
+    void unlockSchema(Connection& connection) const override;
     DatabaseError::Cause cause(const QSqlError& error) const override;
     QString hint(const QSqlError& error, const QString& database) const override;
     QStringList tables(Connection& connection) const override;

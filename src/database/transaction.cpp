@@ -8,8 +8,7 @@ namespace velmora {
 
 Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
-    m_connection.execute(m_connection.m_engine->beginTransaction());
-    m_connection.m_inTransaction = true;
+    begin();
 }
 
 Transaction::~Transaction()
@@ -22,6 +21,21 @@ Transaction::~Transaction()
         // The engine has rolled back by itself, or is gone: either way nothing of it is kept.
     }
     m_connection.m_inTransaction = false;
+}
+
+void Transaction::goOnAfterSchemaChange()
+{
+    if (!m_connection.m_engine->schemaChangeEndsTransaction())
+        return;
+    commit();
+    begin();
+}
+
+void Transaction::begin()
+{
+    m_connection.execute(m_connection.m_engine->beginTransaction());
+    m_connection.m_inTransaction = true;
+    m_open = true;
 }
 
 void Transaction::commit()

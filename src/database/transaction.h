@@ -15,10 +15,15 @@ public:
 
     /// Makes everything since construction lasting. Throws DatabaseError, and then rolls back later.
     void commit();
+    /// To be called after changes of the schema: where the engine has made them lasting and ended the
+    /// transaction with them, it begins anew.
+    void goOnAfterSchemaChange();
 
 private:
+    void begin();
+
     Connection& m_connection;
-    bool m_open = true;
+    bool m_open = false;
 };
 
 } // namespace velmora

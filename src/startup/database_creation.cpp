@@ -1,9 +1,14 @@
 #include "startup/database_creation.h"
 
+#include "database/schema_lock.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
 #include "startup/MMain.h"
+#include "startup/upgrade.h"
 #include "startup/version.h"
+
+#include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -53,78 +58,91 @@ QStringList phonesWithoutModel(const MMain& main, const QString& original)
     return phones;
 }
 
-/// Creates the tables, noting in `created` which are there.
-void createTables(MMain& main, QStringList& created)
+/// How a creation ended, in the words that the user is shown.
+struct Ending {
+    QString text;
+    QString details;
+};
+
+/// Creates those of the tables that a creation which was cut off has not left.
+void createTables(MMain& main)
 {
+    const QStringList present = main.connection.tables();
     for (const QString& statement : creationStatements()) {
+        if (present.contains(statement.section(u' ', 2, 2)))
+            continue;
         main.sqlText = statement;
         main.connection.executePortable(statement);
-        created.prepend(statement.section(u' ', 2, 2));
     }
     main.connection.holdDeclaredTypes();
 }
 
-/// Removes the tables where the engine's roll-back does not: without rows they would look like a database.
-void dropTables(MMain& main, const QStringList& tables)
+/// Opens the earlier database and copies every table of it, or tells why it is not of use.
+Ending fillTables(MMain& main, const QString& original)
 {
-    try {
-        for (const QString& table : tables)
-            main.connection.execute("DROP TABLE IF EXISTS "_L1 + table);
-    } catch (const DatabaseError&) {
-        // The database is gone; the failure that led here is what the user learns.
-    }
-}
-
-/// Opens the earlier database and copies every table of it. False, after a message, where it is not of use.
-bool fillTables(MMain& main, const QString& original)
-{
+    const QString remedy = u"Correct line 2 of ParamDB.txt, then run this program again."_s;
     Connection earlier;
     try {
         earlier.open(original, OpenMode::ReadOnly, main.programFolder);
     } catch (const DatabaseError& error) {
-        main.prompts.show("Open Original Database Failed : "_L1 + withoutPasswords(original),
-                          error.description());
-        return false;
+        return {"Open Original Database Failed : "_L1 + withoutPasswords(original), error.description() + u'\n' + remedy};
     }
-    if (!isCurrent(earlier)) {
-        main.prompts.show("The Original Database MUST be Version : "_L1 + versionDigits() +
-                              "\nRun this program version on the old database to convert"_L1,
-                          {});
-        return false;
-    }
+    if (!isCurrent(earlier))
+        return {"The Original Database MUST be Version : "_L1 + versionDigits() +
+                    "\nRun this program version on the old database to convert"_L1,
+                "Or name another one: "_L1 + remedy};
     for (const QString& table : copiedTables())
         copyTable(main, earlier, table);
-    return true;
+    return {u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s, {}};
+}
+
+/// Creates and fills the tables. Nothing where another start has done so meanwhile.
+std::optional<Ending> create(MMain& main, const QString& original)
+{
+    const SchemaLock lock(main.connection);
+    if (!lock.isHeld())
+        return Ending{anotherStartText(), {}};
+    Transaction creation(main.connection);
+    if (!awaitsCreation(main.connection))
+        return std::nullopt;
+    createTables(main);
+    // From here on it is every row or none.
+    creation.goOnAfterSchemaChange();
+    const Ending ending = fillTables(main, original);
+    creation.commit();
+    return ending;
 }
 
 } // namespace
 
-void createDatabase(MMain& main, const QString& original)
+bool awaitsCreation(Connection& connection)
+{
+    const QStringList present = connection.tables();
+    return std::all_of(present.begin(), present.end(), [&connection](const QString& table) {
+        const bool isOurs = std::any_of(
+            creationStatements().begin(), creationStatements().end(),
+            [&table](const QString& statement) { return statement.section(u' ', 2, 2) == table; });
+        return isOurs && connection.select("SELECT 1 FROM "_L1 + table + " LIMIT 1"_L1).eof();
+    });
+}
+
+bool createDatabase(MMain& main, const QString& original)
 {
     if (original.isEmpty()) {
         main.prompts.show(u"DATABASE CREATION\nOriginal Database Not Specified : see Manual (ParamDB.txt )"_s,
                           {});
-        return;
+        return false;
     }
     if (const QStringList phones = phonesWithoutModel(main, original); !phones.isEmpty()) {
         main.prompts.show("The Original Database holds phones without a model : "_L1 + phones.join(", "_L1) +
                               "\nGive them one, then run this program again"_L1,
                           {});
-        return;
+        return false;
     }
-    bool filled = false;
-    QStringList created;
-    try {
-        Transaction creation(main.connection);
-        createTables(main, created);
-        filled = fillTables(main, original);
-        creation.commit();
-    } catch (const DatabaseError&) {
-        dropTables(main, created);
-        throw;
-    }
-    if (filled)
-        main.prompts.show(u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s, {});
+    const std::optional<Ending> ending = create(main, original);
+    if (ending)
+        main.prompts.show(ending->text, ending->details);
+    return !ending;
 }
 
 } // namespace velmora

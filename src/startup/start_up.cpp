@@ -30,22 +30,24 @@ bool openDatabase(MMain& main, const QString& connectionString)
     }
 }
 
-/// Reads the language. False when the database holds no tables yet.
+/// Reads the language. False when the database is still to be created.
 bool readLanguage(MMain& main)
 {
+    bool isSet = false;
     try {
         const Recordset setting =
             main.query(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$LNG'"_s);
-        main.language = setting.eof() ? u"EN"_s : setting.text(0);
-        return true;
+        isSet = !setting.eof();
+        main.language = isSet ? setting.text(0) : u"EN"_s;
     } catch (const DatabaseError& error) {
         if (error.reason() == DatabaseError::Reason::ConnectionLost)
             throw;
         // A database that holds other tables is not ours to fill, and one that is only busy is not empty.
-        if (!main.connection.tables().isEmpty())
+        if (!awaitsCreation(main.connection))
             throw;
         return false;
     }
+    return isSet || !awaitsCreation(main.connection);
 }
 
 /// Staging takes place in a table of this session's own: no lock, and nothing that a crash leaves behind.
@@ -77,12 +79,15 @@ bool startUp(MMain& main, const QString& systemUserName)
     if (!openDatabase(main, paramDB.working))
         return false;
     if (!readLanguage(main)) {
-        createDatabase(main, paramDB.original);
-        return false;
+        if (!createDatabase(main, paramDB.original))
+            return false;
+        main.connection.holdDeclaredTypes();
+        readLanguage(main);
     }
     makeStagingPrivate(main);
     chooseUser(main);
-    upgrade(main);
+    if (!upgrade(main))
+        return false;
     loadSeedFile(main);
     return true;
 }

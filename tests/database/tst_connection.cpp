@@ -1,5 +1,6 @@
 // Connections to the embedded engine: opening, statements, transactions, declared widths and keys.
 #include "database/connection.h"
+#include "database/savepoint.h"
 #include "database/transaction.h"
 #include "support/rows.h"
 
@@ -117,8 +118,14 @@ void tst_connection::undoesWhatIsNotCommitted()
     QCOMPARE(connection.tables(), QStringList(u"T"_s));
     Transaction transaction(connection);
     connection.execute(u"INSERT INTO T VALUES('a')"_s);
+    for (const bool kept : {false, true, false}) {
+        Savepoint attempt(connection);
+        connection.execute(u"INSERT INTO T VALUES('b')"_s);
+        if (kept)
+            attempt.keep();
+    }
     transaction.commit();
-    QCOMPARE(count(connection), u"1"_s);
+    QCOMPARE(count(connection), u"2"_s);
 }
 
 void tst_connection::holdsDeclaredTypes_data()

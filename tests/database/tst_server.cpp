@@ -1,9 +1,12 @@
 // A server of this test's own: its session, its loss and return, and two installers at once.
+#include "database/schema_lock.h"
 #include "database/transaction.h"
 #include "files/whole_file.h"
 #include "generation/generate.h"
+#include "schema/tables.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QDir>
@@ -24,10 +27,14 @@ private Q_SLOTS:
     void cleanupTestCase();
     void preparesItsSession();
     void keepsTextsAsTheyAre();
+    void takesOneStatementOnly_data();
+    void takesOneStatementOnly();
     void connectsAnewAfterALoss();
     void keepsNothingOfALostTransaction();
     void goesOnAfterTheServerIsBack();
     void keepsNothingOfALostSeedLoad();
+    void finishesACreationThatWasCutOff_data();
+    void finishesACreationThatWasCutOff();
     void servesTwoInstallersAtOnce();
 
 private:
@@ -114,6 +121,41 @@ void tst_server::keepsTextsAsTheyAre()
                      .text(0),
                  code);
     QCOMPARE(database.value(u"SELECT COUNT(*) FROM COMPANY WHERE CO_CODE = 'a'"_s), u"1"_s);
+}
+
+void tst_server::takesOneStatementOnly_data()
+{
+    columns<QString, QStringList>("statement", "values");
+    row("a second one", "UPDATE TYPES SET TY_DESC = 'y'; DROP TABLE COMPANY", QStringList());
+    row("a second one behind values", "UPDATE TYPES SET TY_DESC = ?; DROP TABLE COMPANY",
+        QStringList(u"y"_s));
+    const QString load =
+        u"LOAD DATA LOCAL INFILE '%1' INTO TABLE COMPANY"_s.arg(QCoreApplication::applicationFilePath());
+    row("a file of this computer", load, QStringList());
+    row("such a file, prepared", load + " SET CO_DESC = ?"_L1, QStringList(u"x"_s));
+}
+
+void tst_server::takesOneStatementOnly()
+{
+    QFETCH(QString, statement);
+    QFETCH(QStringList, values);
+    TestDatabase database;
+    QCOMPARE(database.value(u"SELECT @@local_infile"_s), u"1"_s);
+    database.run(u"INSERT INTO COMPANY VALUES('C;1', ';')"_s);
+    const auto refuses = [&] {
+        try {
+            database.main.connection.execute(statement, values);
+            return false;
+        } catch (const DatabaseError& error) {
+            return error.description().contains("syntax"_L1) || error.description().contains("forbidden"_L1);
+        }
+    };
+    QVERIFY(refuses());
+    killSessions(database);
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, database.value(u"SELECT 1"_s));
+    QVERIFY(refuses());
+    QCOMPARE(database.value(u"SELECT CO_CODE FROM COMPANY"_s), u"C;1"_s);
+    QCOMPARE(database.value(u"SELECT TY_DESC FROM TYPES"_s), u"x"_s);
 }
 
 void tst_server::connectsAnewAfterALoss()
@@ -211,6 +253,58 @@ void tst_server::keepsNothingOfALostSeedLoad()
         main.connection.select(u"SELECT COUNT(*) FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'SEED'"_s).text(0),
         u"500"_s);
     QCOMPARE(user.shown.size(), 1);
+}
+
+void tst_server::finishesACreationThatWasCutOff_data()
+{
+    columns<int, bool>("tables", "inRows");
+    row("no table", 0, false);
+    row("some tables", 5, false);
+    row("all tables", 13, false);
+    row("in the rows", 0, true);
+}
+
+void tst_server::finishesACreationThatWasCutOff()
+{
+    QFETCH(int, tables);
+    QFETCH(bool, inRows);
+    const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
+    Connection working;
+    working.open(folder.working());
+    for (const QString& statement : creationStatements().first(tables))
+        working.executePortable(statement);
+    RecordedPrompts user;
+    const auto start = [&] {
+        user.shown.clear();
+        return StartUp(*std::make_unique<MMain>(folder.path(), user.prompts()), u"jdoe"_s);
+    };
+    if (inRows) {
+        int row = 0;
+        user.onEvents = [&] {
+            if (++row == 800) {
+                killServer();
+                QCOMPARE(control(u"resume"_s), 0);
+            }
+        };
+        QVERIFY(!start());
+        QVERIFY2(user.shown.value(0).startsWith("Velmora can't start"_L1), qPrintable(user.shown.value(0)));
+        user.onEvents = {};
+        working.open(folder.working());
+        // As if the session that was lost were not cleared up, or another start at work.
+        const SchemaLock other(working);
+        QVERIFY(!start());
+        QVERIFY2(user.shown.value(0).contains("WAIT"_L1), qPrintable(user.shown.value(0)));
+    }
+    QVERIFY(!start());
+    QCOMPARE(user.shown, QStringList(u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s));
+    Connection factory;
+    factory.open(folder.embedded(u"factory.db"_s), OpenMode::ReadOnly);
+    QCOMPARE(working.tables(), factory.tables());
+    for (const QString& table : factory.tables()) {
+        const QString count = "SELECT COUNT(*) FROM "_L1 + table;
+        QCOMPARE(working.select(count).text(0), factory.select(count).text(0));
+    }
+    QVERIFY(start());
 }
 
 /// Two processes generate and a third connection edits: every file is the one that a process alone writes.

@@ -2,6 +2,7 @@
 #include "database/connection.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
+#include "schema/upgrade_steps.h"
 #include "startup/MMain.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
@@ -11,6 +12,8 @@
 #include <QFile>
 #include <QProcess>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -29,6 +32,8 @@ private Q_SLOTS:
     void renewsTheModelRows();
     void leavesTheDatabaseOfAFailingStep();
     void leavesTheDatabaseOfAKilledStep();
+    void finishesAStepThatWasCutOff_data();
+    void finishesAStepThatWasCutOff();
 
 private:
     void build(const QString& version);
@@ -120,7 +125,8 @@ QStringList tst_upgrade::everything()
     if (!onServer())
         all = rows(u"SELECT sql FROM sqlite_master ORDER BY name"_s);
     for (const QString& table : m_database->tables())
-        all << table << rows("SELECT * FROM "_L1 + table + " ORDER BY 1, 2"_L1);
+        all << (onServer() ? rows("SHOW CREATE TABLE "_L1 + table).join(u'\n') : table)
+            << rows("SELECT * FROM "_L1 + table + " ORDER BY 1, 2"_L1);
     return all;
 }
 
@@ -290,6 +296,52 @@ void tst_upgrade::leavesTheDatabaseOfAKilledStep()
     QVERIFY(everything() == before);
     QCOMPARE(start(), QStringList(u"Update From 010120 To 010142"_s));
     QCOMPARE(rows(u"SELECT count(*) FROM PHONE_BOOK WHERE BK_MAIL = ''"_s), QStringList(u"399002"_s));
+}
+
+void tst_upgrade::finishesAStepThatWasCutOff_data()
+{
+    columns<QString>("stored");
+    row("modules", "010109");
+    row("phone book and keys", "010120");
+    row("model rows", "010130");
+}
+
+/// Wherever the step ends early, the next start leads to what an undisturbed one leads to.
+void tst_upgrade::finishesAStepThatWasCutOff()
+{
+    if (!onServer())
+        QSKIP("A step is one transaction there");
+    QFETCH(QString, stored);
+    build(stored);
+    start();
+    const QStringList whole = everything();
+    QVERIFY2(m_details.value(0).contains("No copy"_L1), qPrintable(m_details.value(0)));
+    const UpgradeStep& step = *std::find_if(upgradeSteps().begin(), upgradeSteps().end(),
+                                            [&](const UpgradeStep& each) { return stored < each.bound; });
+    for (qsizetype done = 1; done <= step.statements.size(); ++done) {
+        init();
+        build(stored);
+        for (const QString& statement : step.statements.first(done))
+            m_database->executePortable(statement);
+        QCOMPARE(start(), QStringList("Update From "_L1 + stored + " To 010142"_L1));
+        QCOMPARE(everything(), whole);
+    }
+    // A row of the user's own under such a key is none that the step has left.
+    init();
+    build(u"010120"_s);
+    execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHC', '*', 'mine')"_s);
+    QCOMPARE(start(false).size(), 2);
+    execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'AUTHC'"_s);
+
+    // A dropped key comes back only to rows that keep it, and then it does.
+    execute(u"SET foreign_key_checks = 0"_s);
+    execute(u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'PAP2', 'nowhere', '')"_s);
+    const QStringList shown = start(false);
+    QVERIFY2(shown.value(1).contains("1 rows of COMPANY_PARAMETERS"_L1), qPrintable(shown.value(1)));
+    execute(u"DELETE FROM COMPANY_PARAMETERS WHERE PA_CODE = 'nowhere'"_s);
+    start();
+    QVERIFY_THROWS_EXCEPTION(
+        DatabaseError, execute(u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'PAP2', 'nowhere', '')"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_upgrade)
