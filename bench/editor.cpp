@@ -1,9 +1,9 @@
 // bench_editor FILE ROWS: makes a database with that many phone-book entries, lists them in the table editor
 // and prints the seconds until the first ones are painted, until all are there, and to sort them by name;
 // then those that it takes to read the same rows through Qt SQL alone.
-#include "editor/FParameters.h"
+#include "common/MMain.h"
+#include "editor/windows/FParameters.h"
 #include "schema/tables.h"
-#include "startup/MMain.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 // bench_generation PROGRAM_FOLDER OUTPUT_FOLDER: writes the files of all phones of the sample database and
 // prints the seconds that Generate() took.
 #include "cli/terminal_prompts.h"
+#include "common/MMain.h"
 #include "generation/generate.h"
-#include "startup/MMain.h"
 #include "startup/start_up.h"
 
 #include <QCoreApplication>

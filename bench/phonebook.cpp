@@ -1,11 +1,11 @@
 // bench_phonebook FOLDER: imports the user list in the folder into a new database there,
 // imports them again, writes the address book, the CSV file and the workbook. Prints the seconds of each.
 #include "cli/terminal_prompts.h"
+#include "common/MMain.h"
 #include "phonebook/address_book.h"
 #include "phonebook/phone_book_export.h"
 #include "phonebook/phone_book_import.h"
 #include "schema/tables.h"
-#include "startup/MMain.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

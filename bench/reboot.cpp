@@ -2,8 +2,8 @@
 // it took and the processor seconds of this process.
 #include "reboot/reboot.h"
 #include "cli/terminal_prompts.h"
+#include "common/MMain.h"
 #include "schema/tables.h"
-#include "startup/MMain.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 // bench_startup PROGRAM_FOLDER: runs StartUp() on that folder and prints the seconds that it took.
 #include "cli/terminal_prompts.h"
-#include "startup/MMain.h"
+#include "common/MMain.h"
 #include "startup/start_up.h"
 
 #include <QCoreApplication>

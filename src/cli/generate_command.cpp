@@ -1,8 +1,8 @@
 #include "cli/command.h"
 #include "cli/selection.h"
+#include "common/MMain.h"
 #include "generation/generate.h"
-#include "startup/MMain.h"
-#include "startup/menu.h"
+#include "mainwindow/menu.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,5 +1,5 @@
 #include "cli/command.h"
-#include "generation/phone_selection.h"
+#include "runs/phone_selection.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,14 +1,14 @@
 // velmora-cli: the batch jobs of the desktop program from a terminal or a scheduler.
 #include "cli/command.h"
 #include "cli/terminal_prompts.h"
+#include "common/MMain.h"
+#include "common/texts/built_in_texts.h"
 #include "files/file_error.h"
-#include "startup/MMain.h"
-#include "startup/built_in_texts.h"
+#include "platform/user_name.h"
+#include "schema/version.h"
 #include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
-#include "startup/user_name.h"
-#include "startup/version.h"
 
 #include <CLI/CLI.hpp>
 

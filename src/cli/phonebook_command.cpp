@@ -1,10 +1,10 @@
 #include "cli/command.h"
-#include "generation/phone_selection.h"
+#include "common/MMain.h"
+#include "mainwindow/menu.h"
 #include "phonebook/address_book.h"
 #include "phonebook/phone_book_export.h"
 #include "phonebook/phone_book_import.h"
-#include "startup/MMain.h"
-#include "startup/menu.h"
+#include "runs/phone_selection.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
 #include "cli/command.h"
-#include "generation/ranges.h"
-#include "startup/MMain.h"
-#include "startup/menu.h"
+#include "common/MMain.h"
+#include "mainwindow/menu.h"
+#include "ranges/ranges.h"
 
 #include <CLI/CLI.hpp>
 

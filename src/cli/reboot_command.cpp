@@ -1,8 +1,8 @@
 #include "cli/command.h"
 #include "cli/selection.h"
+#include "common/MMain.h"
+#include "mainwindow/menu.h"
 #include "reboot/reboot.h"
-#include "startup/MMain.h"
-#include "startup/menu.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
 #include "cli/selection.h"
 
-#include "generation/phone_selection.h"
+#include "runs/phone_selection.h"
 
 #include <CLI/CLI.hpp>
 

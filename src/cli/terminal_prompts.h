@@ -1,7 +1,7 @@
 // The command line's way of asking and telling.
 #pragma once
 
-#include "startup/prompts.h"
+#include "common/prompts.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 // A connection to one database.
 #pragma once
 
-#include "database/engine.h"
+#include "database/engines/engine.h"
 #include "database/recordset.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "desktop/desktop_prompts.h"
 
-#include "startup/shell_version.h"
+#include "platform/shell_version.h"
 
 #include <QApplication>
 #include <QDir>

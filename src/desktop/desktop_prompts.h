@@ -1,7 +1,7 @@
 // The desktop's way of asking and telling: message boxes and dialogs.
 #pragma once
 
-#include "startup/prompts.h"
+#include "common/prompts.h"
 
 namespace velmora {
 

@@ -1,14 +1,14 @@
 // velmora: the desktop program. Runs the start-up and joins the menu items to their windows.
+#include "common/MMain.h"
 #include "desktop/desktop_prompts.h"
 #include "desktop/menu_actions.h"
-#include "startup/FMain.h"
-#include "startup/MMain.h"
-#include "startup/failure_report.h"
+#include "mainwindow/FMain.h"
+#include "platform/user_name.h"
+#include "schema/version.h"
 #include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
-#include "startup/user_name.h"
-#include "startup/version.h"
+#include "windows/failure_report.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

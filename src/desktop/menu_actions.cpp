@@ -1,15 +1,15 @@
 #include "desktop/menu_actions.h"
 
-#include "editor/FParameters.h"
+#include "common/MMain.h"
+#include "editor/windows/FParameters.h"
 #include "generation/FGenerate.h"
-#include "generation/FRgen.h"
-#include "phonebook/FPBExp.h"
-#include "phonebook/FPBGen.h"
-#include "phonebook/FPBImp.h"
+#include "mainwindow/frmAbout.h"
+#include "mainwindow/frmBrowser.h"
+#include "phonebook/windows/FPBExp.h"
+#include "phonebook/windows/FPBGen.h"
+#include "phonebook/windows/FPBImp.h"
+#include "ranges/FRgen.h"
 #include "reboot/FReboot.h"
-#include "startup/MMain.h"
-#include "startup/frmAbout.h"
-#include "startup/frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 // What the items of the main window's menu do.
 #pragma once
 
-#include "startup/FMain.h"
+#include "mainwindow/FMain.h"
 
 namespace velmora {
 

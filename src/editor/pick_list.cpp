@@ -1,7 +1,7 @@
 #include "editor/pick_list.h"
 
-#include "generation/phone_selection.h"
-#include "startup/MMain.h"
+#include "common/MMain.h"
+#include "runs/phone_selection.h"
 
 #include <algorithm>
 

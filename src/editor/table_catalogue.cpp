@@ -1,7 +1,7 @@
 #include "editor/table_catalogue.h"
 
-#include "startup/MMain.h"
-#include "startup/schema_captions.h"
+#include "common/MMain.h"
+#include "common/texts/schema_captions.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "database/connection.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
-#include "startup/version.h"
+#include "schema/version.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "files/unfinished_file.h"
 
-#include "files/process.h"
+#include "platform/process.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,8 +1,8 @@
 #include "generation/FGenerate.h"
 
+#include "common/MMain.h"
 #include "generation/generate.h"
-#include "startup/MMain.h"
-#include "startup/failure_report.h"
+#include "windows/failure_report.h"
 
 #include <QHBoxLayout>
 

@@ -1,9 +1,9 @@
 // The window that generates configuration files.
 #pragma once
 
-#include "generation/BatchWindow.h"
-#include "generation/FolderPicker.h"
-#include "generation/SelectionPanel.h"
+#include "runs/BatchWindow.h"
+#include "runs/FolderPicker.h"
+#include "runs/SelectionPanel.h"
 
 #include <QCheckBox>
 

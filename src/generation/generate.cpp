@@ -1,11 +1,11 @@
 #include "generation/generate.h"
 
+#include "common/MMain.h"
 #include "files/file_error.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
-#include "generation/GXP2000.h"
-#include "startup/MMain.h"
+#include "modules/GXP2000.h"
 
 #include <QDir>
 #include <QHash>

@@ -1,9 +1,9 @@
 // The run that writes the configuration files of the selected phones.
 #pragma once
 
-#include "generation/phone_selection.h"
 #include "generation/staging.h"
-#include "startup/run_report.h"
+#include "runs/phone_selection.h"
+#include "runs/run_report.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #include "generation/staging.h"
 
-#include "startup/MMain.h"
-#include "startup/refusal.h"
+#include "common/MMain.h"
+#include "common/texts/refusal.h"
 
 #include <algorithm>
 #include <iterator>

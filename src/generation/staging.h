@@ -1,8 +1,8 @@
 // Staging the parameters of the phones of a run in the table EQ_TEMP.
 #pragma once
 
-#include "generation/phone_selection.h"
-#include "startup/run_report.h"
+#include "runs/phone_selection.h"
+#include "runs/run_report.h"
 
 #include <QList>
 #include <QSet>

@@ -1,10 +1,10 @@
 #include "phonebook/address_book.h"
 
+#include "common/MMain.h"
 #include "files/ansi.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
-#include "startup/MMain.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 #include "phonebook/phone_book.h"
 
+#include "common/MMain.h"
 #include "files/stored_path.h"
-#include "startup/MMain.h"
 
 #include <QDir>
 

@@ -1,7 +1,7 @@
 // What the runs over a company's phone book have in common.
 #pragma once
 
-#include "startup/run_report.h"
+#include "runs/run_report.h"
 
 namespace velmora {
 

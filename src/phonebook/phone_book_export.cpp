@@ -1,11 +1,11 @@
 #include "phonebook/phone_book_export.h"
 
+#include "common/MMain.h"
 #include "files/ansi.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "phonebook/workbook.h"
-#include "startup/MMain.h"
 
 #include <QFileInfo>
 

@@ -1,12 +1,12 @@
 #include "phonebook/phone_book_import.h"
 
+#include "common/MMain.h"
+#include "common/texts/refusal.h"
 #include "database/savepoint.h"
 #include "database/transaction.h"
 #include "files/stored_path.h"
 #include "files/whole_file.h"
 #include "phonebook/conf_users.h"
-#include "startup/MMain.h"
-#include "startup/refusal.h"
 
 #include <QFileInfo>
 #include <QHash>

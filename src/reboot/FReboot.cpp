@@ -1,7 +1,7 @@
 #include "reboot/FReboot.h"
 
-#include "startup/MMain.h"
-#include "startup/failure_report.h"
+#include "common/MMain.h"
+#include "windows/failure_report.h"
 
 #include <QScopeGuard>
 

@@ -1,9 +1,9 @@
 // The window that restarts phones.
 #pragma once
 
-#include "generation/BatchWindow.h"
-#include "generation/SelectionPanel.h"
 #include "reboot/reboot.h"
+#include "runs/BatchWindow.h"
+#include "runs/SelectionPanel.h"
 
 #include <QCheckBox>
 #include <QTimer>

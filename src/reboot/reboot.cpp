@@ -1,6 +1,6 @@
 #include "reboot/reboot.h"
 
-#include "startup/MMain.h"
+#include "common/MMain.h"
 
 #include <stdexcept>
 

@@ -1,8 +1,8 @@
 // The run that restarts the selected phones.
 #pragma once
 
-#include "reboot/http_exchange.h"
-#include "reboot/reboot_procedures.h"
+#include "http/http_exchange.h"
+#include "modules/reboot_procedures.h"
 
 #include <optional>
 

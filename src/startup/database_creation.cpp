@@ -1,11 +1,11 @@
 #include "startup/database_creation.h"
 
+#include "common/MMain.h"
 #include "database/schema_lock.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
-#include "startup/MMain.h"
+#include "schema/version.h"
 #include "startup/upgrade.h"
-#include "startup/version.h"
 
 #include <algorithm>
 #include <optional>
@@ -85,7 +85,8 @@ Ending fillTables(MMain& main, const QString& original)
     try {
         earlier.open(original, OpenMode::ReadOnly, main.programFolder);
     } catch (const DatabaseError& error) {
-        return {"Open Original Database Failed : "_L1 + withoutPasswords(original), error.description() + u'\n' + remedy};
+        return {"Open Original Database Failed : "_L1 + withoutPasswords(original),
+                error.description() + u'\n' + remedy};
     }
     if (!isCurrent(earlier))
         return {"The Original Database MUST be Version : "_L1 + versionDigits() +

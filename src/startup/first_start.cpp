@@ -1,10 +1,10 @@
 #include "startup/first_start.h"
 
+#include "common/MMain.h"
 #include "files/file_error.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
-#include "startup/MMain.h"
 #include "startup/program_folder.h"
 
 #include <QCoreApplication>

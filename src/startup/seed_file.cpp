@@ -1,12 +1,12 @@
 #include "startup/seed_file.h"
 
+#include "common/MMain.h"
 #include "database/transaction.h"
 #include "files/ansi.h"
 #include "files/file_error.h"
 #include "files/stored_path.h"
 #include "files/whole_file.h"
-#include "startup/MMain.h"
-#include "startup/version.h"
+#include "schema/version.h"
 
 #include <QFile>
 #include <QHash>

@@ -1,9 +1,9 @@
 #include "startup/start_up.h"
 
+#include "common/MMain.h"
 #include "files/file_error.h"
 #include "files/unfinished_file.h"
 #include "schema/tables.h"
-#include "startup/MMain.h"
 #include "startup/database_creation.h"
 #include "startup/param_db.h"
 #include "startup/seed_file.h"

@@ -1,10 +1,10 @@
 #include "startup/upgrade.h"
 
+#include "common/MMain.h"
 #include "database/schema_lock.h"
 #include "database/transaction.h"
 #include "schema/upgrade_steps.h"
-#include "startup/MMain.h"
-#include "startup/version.h"
+#include "schema/version.h"
 
 #include <algorithm>
 #include <optional>

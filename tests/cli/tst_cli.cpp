@@ -1,7 +1,7 @@
 // velmora-cli as it is run: output, messages, exit status.
 #include "database/connection.h"
 #include "files/whole_file.h"
-#include "startup/user_name.h"
+#include "platform/user_name.h"
 #include "support/device_double.h"
 #include "support/program_folder_fixture.h"
 #include "support/rows.h"

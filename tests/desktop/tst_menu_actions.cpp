@@ -1,9 +1,9 @@
 // Every item of the main window's menu opens its window, in both languages, over a database as the program
 // creates it.
+#include "common/MMain.h"
 #include "desktop/menu_actions.h"
 #include "files/whole_file.h"
-#include "startup/MMain.h"
-#include "startup/menu.h"
+#include "mainwindow/menu.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
 #include "support/recorded_prompts.h"

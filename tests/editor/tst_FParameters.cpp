@@ -1,8 +1,8 @@
 // The table editor, driven with mouse and keys over a database as the program creates it.
-#include "editor/FParameters.h"
+#include "common/MMain.h"
+#include "editor/windows/FParameters.h"
 #include "files/whole_file.h"
 #include "generation/generate.h"
-#include "startup/MMain.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
 #include "support/recorded_prompts.h"

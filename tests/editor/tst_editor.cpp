@@ -1,10 +1,10 @@
 // The table editor without its window: rights, passwords, statements, pick lists, the order of entry, the
 // record model and the layout.
-#include "editor/editor_layout.h"
 #include "editor/pick_list.h"
 #include "editor/record_form.h"
 #include "editor/record_list.h"
-#include "editor/record_model.h"
+#include "editor/windows/editor_layout.h"
+#include "editor/windows/record_model.h"
 #include "support/rows.h"
 #include "support/test_database.h"
 

@@ -5,7 +5,7 @@
 #include "files/file_error.h"
 #include "files/separated_values.h"
 #include "files/whole_file.h"
-#include "startup/menu.h"
+#include "mainwindow/menu.h"
 #include "support/rows.h"
 
 #include <QDirIterator>

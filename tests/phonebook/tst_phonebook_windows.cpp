@@ -1,8 +1,8 @@
 // The three phone-book windows, driven with mouse and keys.
 #include "files/whole_file.h"
-#include "phonebook/FPBExp.h"
-#include "phonebook/FPBGen.h"
-#include "phonebook/FPBImp.h"
+#include "phonebook/windows/FPBExp.h"
+#include "phonebook/windows/FPBGen.h"
+#include "phonebook/windows/FPBImp.h"
 #include "support/controls.h"
 #include "support/test_database.h"
 

@@ -1,6 +1,6 @@
 // Restarting phones: requests byte by byte, exchanges with devices good and bad, whole runs.
+#include "modules/reboot_requests.h"
 #include "reboot/reboot.h"
-#include "reboot/reboot_requests.h"
 #include "support/device_double.h"
 #include "support/rows.h"
 #include "support/silent_listener.h"

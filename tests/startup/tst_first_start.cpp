@@ -1,7 +1,7 @@
 // What a first start puts into the user's data folder.
+#include "common/MMain.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
-#include "startup/MMain.h"
 #include "startup/first_start.h"
 #include "startup/program_folder.h"
 #include "support/recorded_prompts.h"

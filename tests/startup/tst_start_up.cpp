@@ -1,7 +1,7 @@
 // The start-up through the real embedded database: creation, language, superusers, version, seed file.
+#include "common/MMain.h"
 #include "database/connection.h"
 #include "files/whole_file.h"
-#include "startup/MMain.h"
 #include "startup/param_db.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
@@ -302,7 +302,8 @@ void tst_start_up::refusesToCreate()
     QVERIFY(!QFile::exists(m_folder->file(u"none.db"_s)));
 
     m_folder->write(u"factory.db"_s, readWholeFile(QStringLiteral(VELMORA_SHARE "/factory.db")));
-    m_folder->write(u"ParamDB.txt"_s, QString(working + "\nProvider=SQLite;Data Source=factory.db"_L1).toUtf8());
+    m_folder->write(u"ParamDB.txt"_s,
+                    QString(working + "\nProvider=SQLite;Data Source=factory.db"_L1).toUtf8());
     QCOMPARE(Start(*m_folder).user.shown, QStringList(u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s));
     QCOMPARE(everyRow(m_folder->working()), everyRow(m_folder->embedded(u"factory.db"_s)));
 }

@@ -1,9 +1,9 @@
 // Databases of older versions: built in their shape, filled, taken over, and read back.
+#include "common/MMain.h"
 #include "database/connection.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
 #include "schema/upgrade_steps.h"
-#include "startup/MMain.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
 #include "support/recorded_prompts.h"

@@ -1,7 +1,7 @@
 // A user of whom everything is remembered and whose answers are given beforehand.
 #pragma once
 
-#include "startup/prompts.h"
+#include "common/prompts.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // A main module over an embedded database with all tables, for tests that need no start-up.
 #pragma once
 
-#include "startup/MMain.h"
+#include "common/MMain.h"
 #include "support/recorded_prompts.h"
 #include "support/test_engine.h"
 

@@ -1,0 +1,117 @@
+#include "common/MMain.h"
+
+#include "common/texts/built_in_texts.h"
+
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+MMain::MMain(QString folder, Prompts userPrompts)
+    : programFolder(std::move(folder)), prompts(std::move(userPrompts)), language(u"EN"_s)
+{
+}
+
+QString MMain::GetDescription(const QString& code, const QString& inLanguage)
+{
+    const Recordset texts = connection.select(
+        "SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$DESC_"_L1 +
+        (inLanguage.isEmpty() ? language : inLanguage) + "' AND SY_SUBCODE = '"_L1 + code + "'"_L1);
+    return texts.eof() ? QString() : texts.text(0);
+}
+
+QString MMain::textOr(const QString& code, const QString& otherwise)
+{
+    const QString text = GetDescription(code);
+    return text.isEmpty() ? otherwise : text;
+}
+
+QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
+                          const QString& details)
+{
+    QString text = GetDescription(code);
+    if (text.isEmpty())
+        text = builtInText(code, language);
+    if (text.isEmpty()) {
+        text = "Message Not Found : "_L1 + code + " Language : "_L1 + language;
+        show = true;
+    }
+    text.replace("$$"_L1, substitution);
+    if (show)
+        prompts.show(text, details);
+    return text;
+}
+
+void MMain::showMessage(const QString& code, const QString& substitution)
+{
+    bool show = true;
+    GetMessage(code, substitution, show);
+}
+
+QString MMain::messageLine(const QString& code, const QString& substitution)
+{
+    bool show = false;
+    return GetMessage(code, substitution, show);
+}
+
+QString MMain::GetParameterValue(const QString& code)
+{
+    const Phone phone = currentPhone();
+    const Recordset parameter =
+        query("SELECT PA_DEFAULT, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE EQ_CODE = '"_L1 + phone.equipment +
+              "' AND PA_CODE = '"_L1 + code + "'"_L1);
+    const auto refuse = [&](const QString& message) {
+        showMessage(message, code);
+        return QString();
+    };
+    if (parameter.eof())
+        return refuse(u"M1"_s);
+    const QString level = parameter.text(1);
+    if (level == "E"_L1)
+        return parameter.text(0);
+    if (level == "C"_L1) {
+        const Recordset value =
+            query("SELECT PA_VALUE FROM COMPANY_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
+                  "' AND EQ_CODE = '"_L1 + phone.equipment + "' AND PA_CODE = '"_L1 + code + "'"_L1);
+        return value.eof() ? refuse(u"M5"_s) : ExpandMacros(value.text(0));
+    }
+    if (level == "P"_L1) {
+        const Recordset value =
+            query("SELECT PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
+                  "' AND PH_CODE = '"_L1 + phone.code + "' AND PA_CODE = '"_L1 + code + "'"_L1);
+        return value.eof() ? refuse(u"M4"_s) : ExpandMacros(value.text(0));
+    }
+    return refuse(level == "D"_L1 ? u"M3"_s : u"M2"_s);
+}
+
+QString MMain::ExpandMacros(const QString& value, MacroContext context)
+{
+    const MacroExpansion expansion = expandMacros(value, currentPhone(), context);
+    if (!expansion.refusedToken.isEmpty()) {
+        showMessage(u"M6"_s, expansion.refusedToken);
+        stopFlag = stopFlag || expansion.unknownName;
+    }
+    return expansion.text;
+}
+
+QString MMain::BrowseFolder(const QString& startFolder) const
+{
+    const QString chosen =
+        prompts.chooseFolder(startFolder.isEmpty() ? QDir::currentPath() : startFolder).value_or(QString());
+    return chosen.isEmpty() ? startFolder : chosen;
+}
+
+Phone MMain::currentPhone() const
+{
+    return {phones.text("CO_CODE"_L1), phones.text("EQ_CODE"_L1), phones.text("PH_CODE"_L1),
+            phones.text("PH_DESC"_L1), phones.text("PH_MAC"_L1)};
+}
+
+Recordset MMain::query(const QString& statement)
+{
+    sqlText = statement;
+    return connection.select(statement);
+}
+
+} // namespace velmora

@@ -1,0 +1,35 @@
+// Phone macros inside values: "$$P" is the phone's code, "$$N" its description.
+#pragma once
+
+#include "common/phone.h"
+
+#include <QString>
+
+namespace velmora {
+
+/// How a replacement is written into the text around it.
+enum class MacroContext {
+    /// As it is.
+    Value,
+    /// Inside a quoted literal of an SQL statement: every "'" doubled.
+    Statement,
+};
+
+struct MacroExpansion {
+    /// The text, as far as it could be expanded.
+    QString text;
+    /// The macro that was refused; empty when none was.
+    QString refusedToken;
+    /// Whether it was refused for its name, rather than for its arguments.
+    bool unknownName = false;
+};
+
+/// Replaces the one macro that `value` may hold, every time that it occurs.
+///
+/// The token runs from the first "$$" to the first "'" after it, or else to the first blank, or else to the
+/// end. It may carry a 1-based start position and a length, in characters: "$$P,2,2" on phone 1234 gives 23.
+/// One pass is enough, and always ends: what is left with a "$$" afterwards is another macro, which is not
+/// looked at, or came out of the phone's own texts, which are not expanded.
+MacroExpansion expandMacros(const QString& value, const Phone& phone, MacroContext context);
+
+} // namespace velmora

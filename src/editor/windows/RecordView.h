@@ -1,0 +1,80 @@
+// The list of records: `ListCom`.
+#pragma once
+
+#include "editor/record_list.h"
+#include "editor/windows/record_model.h"
+
+#include <QTimer>
+#include <QTreeView>
+
+#include <memory>
+#include <optional>
+
+namespace velmora {
+
+class Cursor;
+class MMain;
+
+/// Reads its rows bit by bit while window events run, so that the first ones are there at once and the others
+/// can be waited for or not. Columns grow with their texts.
+class RecordView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit RecordView(MMain& main, QWidget* parent = nullptr);
+    ~RecordView() override;
+
+    /// Shows the headers of that table, without records, unsorted.
+    void setTable(const TableDescription& table);
+    /// Shows no records, unsorted.
+    void clear();
+    /// Reads the records anew, in the order that the statement gives.
+    void load(const QString& statement);
+    /// Reads no further.
+    void stopLoading();
+    bool isLoading() const { return m_cursor != nullptr; }
+    bool wasStopped() const { return m_stopped; }
+
+    RecordModel& records() { return *m_records; }
+    /// The selected row; -1 when there is none.
+    int selectedRow() const;
+    void selectRow(int row);
+    /// Selects the record with the key of `values`, as soon as it has been read.
+    void selectRecord(const QStringList& values);
+    /// Gives up selecting a record that has not been read yet.
+    void selectNothingLater() { m_wanted.reset(); }
+    /// Replaces the values of a record in its place.
+    void updateRecord(int row, const QStringList& values);
+    /// Sorts by a column: ascending, or the other way round when it was the last one sorted by.
+    void sortBy(int column);
+
+Q_SIGNALS:
+    /// Rows have come, or the reading has ended.
+    void loaded();
+
+protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    void readSome();
+    std::vector<QStringList> nextRecords(qint64 milliseconds, size_t atMost);
+    void endReading();
+    void selectWanted(int firstRow);
+    void growColumns(const std::vector<QStringList>& records);
+    double widthBound(const QString& text) const;
+
+    MMain& m_main;
+    RecordModel* m_records;
+    std::unique_ptr<Cursor> m_cursor;
+    QTimer m_reading;
+    bool m_stopped = false;
+    std::optional<QStringList> m_wanted;
+    std::optional<int> m_lastSortColumn;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    bool m_sorted = false;
+    std::vector<int> m_widths;
+    /// The width of each character of Latin-1, for a bound that costs next to nothing.
+    std::vector<double> m_advances;
+};
+
+} // namespace velmora

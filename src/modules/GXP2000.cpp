@@ -1,0 +1,125 @@
+#include "modules/GXP2000.h"
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+constexpr qsizetype headerSize = 16;
+constexpr qsizetype addressPosition = 6;
+
+DeviceFileNames names(const Phone& phone, const Levels& levels)
+{
+    if (levels.phone)
+        return {"cfg"_L1 + phone.mac, sourceCopyName(phone)};
+    const QString name = templateBaseName(phone, levels) + ".txt"_L1;
+    return {name, name};
+}
+
+void setWord(QByteArray& image, qsizetype position, std::uint32_t word)
+{
+    image[position] = static_cast<char>(word / 256);
+    image[position + 1] = static_cast<char>(word % 256);
+}
+
+/// The header up to the parameters. An address of another length than 12 digits moves what follows it.
+DeviceFile startImage(const Phone& phone)
+{
+    DeviceFile image;
+    image.bytes = QByteArray(addressPosition, '\0');
+    for (qsizetype digit = 0; digit < phone.mac.size(); digit += 2) {
+        const QStringView pair = QStringView(phone.mac).mid(digit, 2);
+        image.bytes +=
+            static_cast<char>(HexDec(pair, [&](QChar character) { image.rejectedDigits += character; }));
+    }
+    image.bytes += "\r\n\r\n";
+    return image;
+}
+
+void appendParameters(DeviceFile& image, const QList<Parameter>& parameters)
+{
+    for (auto parameter = parameters.rbegin(); parameter != parameters.rend(); ++parameter) {
+        if (image.bytes.size() > headerSize)
+            image.bytes += '&';
+        image.bytes += 'P';
+        appendPiece(image, parameter->code, parameter->code);
+        image.bytes += '=';
+        appendPiece(image, parameter->code, parameter->value);
+    }
+    image.bytes += "&gnkey=7c3e";
+}
+
+/// What the words of the image lack to a sum of 0, once the length, still 0, is filled in.
+std::uint32_t checksum(const QByteArray& image)
+{
+    std::uint32_t sum = 0;
+    for (qsizetype position = 0; position < image.size(); position += 2) {
+        const std::uint32_t word = static_cast<std::uint8_t>(image[position]) * 256U +
+                                   static_cast<std::uint8_t>(image[position + 1]);
+        sum += 65535 - word;
+        if (sum > 65535)
+            sum -= 65536;
+    }
+    return sum;
+}
+
+DeviceFile device(const Phone& phone, const QList<Parameter>& parameters)
+{
+    DeviceFile image = startImage(phone);
+    appendParameters(image, parameters);
+    if (image.bytes.size() % 2 != 0)
+        image.bytes += '\0';
+    if (image.bytes.size() > largestImage)
+        throw ImageTooLarge();
+    // Each word adds one less than its complement, so the sum comes out right only when the number of words
+    // is filled in afterwards.
+    setWord(image.bytes, 4, checksum(image.bytes));
+    setWord(image.bytes, 2, static_cast<std::uint32_t>(image.bytes.size() / 2));
+    return image;
+}
+
+DeviceFile source(const QList<Parameter>& parameters)
+{
+    DeviceFile file;
+    for (const Parameter& parameter : parameters) {
+        appendPiece(file, parameter.code, QString("# "_L1 + parameter.description + "\r\n"_L1));
+        appendPiece(file, parameter.code,
+                    QString(u'P' + parameter.code + " = "_L1 + parameter.value + "\r\n"_L1));
+    }
+    return file;
+}
+
+} // namespace
+
+const Writer GXP2000 = {names, device, source};
+
+std::int32_t HexDec(QStringView text, const std::function<void(QChar)>& rejected)
+{
+    std::int32_t result = 0;
+    std::int32_t weight = 1;
+    std::int32_t term = 0;
+    // Each factor fits in 32 bits, so a product or sum that does not is seen before it is kept.
+    const auto kept = [](std::int64_t number) {
+        if (number > std::numeric_limits<std::int32_t>::max())
+            throw std::overflow_error("A hexadecimal text has more than seven digits");
+        return static_cast<std::int32_t>(number);
+    };
+    for (auto character = text.rbegin(); character != text.rend(); ++character) {
+        const char16_t digit = character->toUpper().unicode();
+        if (digit >= u'A' && digit <= u'F')
+            term = digit - u'A' + 10;
+        else if (digit >= u'0' && digit <= u'9')
+            term = digit - u'0';
+        else
+            rejected(*character);
+        term = kept(std::int64_t{term} * weight);
+        result = kept(std::int64_t{result} + term);
+        weight = kept(std::int64_t{weight} * 16);
+    }
+    return result;
+}
+
+} // namespace velmora

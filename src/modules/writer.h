@@ -1,0 +1,48 @@
+// What the writers of all models have in common: from a phone and its parameters to named bytes.
+#pragma once
+
+#include "common/phone.h"
+#include "generation/staging.h"
+#include "runs/phone_selection.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+namespace velmora {
+
+/// The names of the file that the device loads and of its readable source copy.
+struct DeviceFileNames {
+    QString device;
+    QString source;
+};
+
+/// The bytes of a file, and what could not be written into it as it stood.
+struct DeviceFile {
+    QByteArray bytes;
+    /// The codes of the parameters with characters outside Windows-1252, written as "?".
+    QStringList lossyCodes;
+    /// The characters of the MAC address that are no hexadecimal digits.
+    QString rejectedDigits;
+};
+
+/// The writer of one module: pure functions, no file is touched. Parameters come in ascending code order.
+struct Writer {
+    DeviceFileNames (*names)(const Phone& phone, const Levels& levels);
+    DeviceFile (*device)(const Phone& phone, const QList<Parameter>& parameters);
+    DeviceFile (*source)(const QList<Parameter>& parameters);
+};
+
+/// The writer of the module that EQ_MODULE names, or null when no writer goes by that name.
+const Writer* writerOf(const QString& module);
+
+/// The base name of a template: the model, followed by " - " and the company when company values are
+/// included.
+QString templateBaseName(const Phone& phone, const Levels& levels);
+
+/// The name of a phone's source copy: code, " - ", MAC address, ".TXT".
+QString sourceCopyName(const Phone& phone);
+
+/// Appends one piece of a parameter, noting its code in `file` when a character was lost.
+void appendPiece(DeviceFile& file, const QString& code, QStringView text);
+
+} // namespace velmora

@@ -1,0 +1,75 @@
+#include "ranges/FRgen.h"
+
+#include "common/MMain.h"
+#include "ranges/ranges.h"
+#include "runs/phone_selection.h"
+
+#include <QFormLayout>
+#include <QRegularExpressionValidator>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+FRgen::FRgen(MMain& main)
+    : BatchWindow(main, u"FRgen"_s, u"Ranges Generation"_s, {u"List1"_s, u"Generate"_s, u"Generate"_s}),
+      m_company(new QComboBox),
+      m_from(new QLineEdit),
+      m_to(new QLineEdit),
+      m_remove(new QCheckBox(u"Delete"_s))
+{
+    addInput(createForm());
+    for (const ListEntry& company : companies(m_main))
+        m_company->addItem(company.text());
+    m_company->setCurrentIndex(-1);
+    connect(m_company, &QComboBox::activated, this, &FRgen::enableStart);
+    connect(m_from, &QLineEdit::textChanged, this, &FRgen::enableStart);
+    connect(m_to, &QLineEdit::textChanged, this, &FRgen::enableStart);
+    complete();
+}
+
+QWidget* FRgen::createForm()
+{
+    auto* form = new QWidget;
+    auto* layout = new QFormLayout(form);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    const auto add = [layout](const QString& name, const QString& caption, QWidget* field,
+                              const QString& fieldName) {
+        field->setObjectName(fieldName);
+        auto* label = new QLabel(caption);
+        label->setObjectName(name);
+        label->setBuddy(field);
+        layout->addRow(label, field);
+    };
+    add(u"CLab"_s, u"Company"_s, m_company, u"Filter"_s);
+    add(u"PFLab"_s, u"Phone from"_s, m_from, u"PFrom"_s);
+    add(u"PTLab"_s, u"Phone to"_s, m_to, u"PTo"_s);
+    const QRegularExpression digits(u"[0-9]{0,9}"_s);
+    for (QLineEdit* box : {m_from, m_to})
+        box->setValidator(new QRegularExpressionValidator(digits, box));
+    m_remove->setObjectName(u"DelAll"_s);
+    layout->addRow(m_remove);
+    return form;
+}
+
+QString FRgen::missing() const
+{
+    const bool complete =
+        m_company->currentIndex() >= 0 && !m_from->text().isEmpty() && !m_to->text().isEmpty();
+    return complete ? QString() : u"M284"_s;
+}
+
+void FRgen::run()
+{
+    generateRanges(m_main,
+                   {codeOf(m_company->currentText()), m_from->text(), m_to->text(), m_remove->isChecked()},
+                   report());
+}
+
+void FRgen::stop()
+{
+    m_main.stopFlag = true;
+}
+
+} // namespace velmora

@@ -1,0 +1,245 @@
+#include "runs/BatchWindow.h"
+
+#include "common/MMain.h"
+#include "windows/captions.h"
+#include "windows/failure_report.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScopeGuard>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+namespace {
+
+/// How long a run may go on before window events run again, in milliseconds.
+constexpr qint64 eventInterval = 30;
+
+} // namespace
+
+BatchWindow::BatchWindow(MMain& main, const QString& name, const QString& title, const Controls& controls)
+    : m_main(main), m_layout(new QVBoxLayout(this))
+{
+    setObjectName(name);
+    setWindowTitle(title);
+    createProgress(controls);
+    connect(m_start, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { start(); }); });
+    connect(m_cancel, &QPushButton::clicked, this, &BatchWindow::cancel);
+    m_showingLines.setSingleShot(true);
+    connect(&m_showingLines, &QTimer::timeout, this, &BatchWindow::showLines);
+    connect(&m_main.batch, &Batch::runningChanged, this, &BatchWindow::enableStart);
+    connect(&m_main.batch, &Batch::stopRequested, this, [this] {
+        if (m_running)
+            stop();
+    });
+}
+
+void BatchWindow::createProgress(const Controls& controls)
+{
+    m_list = new QListWidget;
+    m_list->setObjectName(controls.list);
+    m_list->setUniformItemSizes(true);
+    m_list->setAccessibleName(m_main.textOr(u"BATCH_LOG"_s, u"Log"_s));
+    m_missing = new QLabel;
+    m_missing->setObjectName(u"Missing"_s);
+    m_missing->setTextFormat(Qt::PlainText);
+    m_status = new QLabel;
+    m_status->setTextFormat(Qt::PlainText);
+    m_status->setAccessibleName(m_main.textOr(u"BATCH_STATUS"_s, u"Status"_s));
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_status->hide();
+    m_progress = new QProgressBar;
+    m_progress->setObjectName(u"Progress"_s);
+    m_progress->setFormat(u"%v / %m"_s);
+    m_progress->setAccessibleName(m_main.textOr(u"BATCH_PROGRESS"_s, u"Progress"_s));
+    QSizePolicy keptPlace = m_progress->sizePolicy();
+    keptPlace.setRetainSizeWhenHidden(true);
+    m_progress->setSizePolicy(keptPlace);
+    m_progress->hide();
+    m_start = new QPushButton(controls.startCaption);
+    m_start->setObjectName(controls.start);
+    m_start->setAutoDefault(true);
+    m_start->setDefault(true);
+    m_start->setEnabled(false);
+    m_cancel = new QPushButton(u"Cancel"_s);
+    m_cancel->setObjectName(u"Cancel"_s);
+    m_cancel->setAutoDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_progress, 1);
+    buttons->addWidget(m_start);
+    buttons->addWidget(m_cancel);
+    m_layout->addWidget(m_list, 1);
+    m_layout->addWidget(m_missing);
+    m_layout->addWidget(m_status);
+    m_layout->addLayout(buttons);
+}
+
+void BatchWindow::addInput(QWidget* input)
+{
+    m_layout->insertWidget(static_cast<int>(m_inputs.size()), input);
+    m_inputs << input;
+}
+
+void BatchWindow::complete()
+{
+    translateCaptions(m_main, *this);
+    m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
+    m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
+    for (const QString& code : {u"M282"_s, u"M283"_s, u"M284"_s, u"M285"_s})
+        m_missingTexts.insert(code, m_main.messageLine(code));
+    setTabOrderAsRead();
+    setRunning(false);
+}
+
+/// Tab goes through the inputs, the list, the start button and Cancel. The list was made before the inputs.
+void BatchWindow::setTabOrderAsRead()
+{
+    QWidget* before = nullptr;
+    const auto append = [&before](QWidget* next) {
+        if (before)
+            setTabOrder(before, next);
+        before = next;
+    };
+    for (QWidget* input : m_inputs) {
+        if (input->focusPolicy() != Qt::NoFocus)
+            append(input);
+        for (QWidget* part : input->findChildren<QWidget*>())
+            if (part->focusPolicy() != Qt::NoFocus && part->window() == window())
+                append(part);
+    }
+    for (QWidget* control :
+         {static_cast<QWidget*>(m_list), static_cast<QWidget*>(m_start), static_cast<QWidget*>(m_cancel)})
+        append(control);
+}
+
+void BatchWindow::start()
+{
+    setRunning(true);
+    const auto finish = qScopeGuard([this] {
+        showLines();
+        setRunning(false);
+    });
+    const Batch::Run batch(m_main.batch);
+    m_list->clear();
+    m_progress->hide();
+    showStatus({});
+    run();
+}
+
+RunReport BatchWindow::report()
+{
+    m_sinceEvents.start();
+    const auto progress = [this](qsizetype done, qsizetype total) {
+        if (done > 0 && done < total && m_sinceEvents.elapsed() < eventInterval)
+            return;
+        showProgress(done, total);
+        m_main.prompts.letEventsRun();
+        m_sinceEvents.restart();
+    };
+    return {[this](const QString& line) { appendLine(line); }, progress};
+}
+
+void BatchWindow::showStatus(const QString& text)
+{
+    m_status->setText(text);
+    if (!text.isEmpty())
+        m_status->show();
+}
+
+void BatchWindow::cancel()
+{
+    if (m_running)
+        stop();
+    else
+        closeWindow();
+}
+
+void BatchWindow::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(!m_running);
+    if (!m_running)
+        return;
+    stop();
+    m_closeAfterRun = true;
+}
+
+void BatchWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->isAutoRepeat())
+        return;
+    if (event->key() == Qt::Key_Escape)
+        m_cancel->click();
+    else if (!m_running && startsByReturn() &&
+             (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        m_start->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void BatchWindow::closeWindow()
+{
+    (parentWidget() ? parentWidget() : this)->close();
+}
+
+void BatchWindow::setRunning(bool running)
+{
+    m_running = running;
+    m_cancel->setText(running ? m_stopCaption : m_closeCaption);
+    // A Return that is pressed too long must not stop the run that it has started.
+    m_cancel->setAutoDefault(!running);
+    // Disabling the start button takes the focus from it; Stop has it meanwhile, where the user stayed here.
+    if (running)
+        m_cancel->setFocus();
+    enableStart();
+    // Also where a message box of the run has the focus at the moment, and gives it back.
+    if (!running && focusWidget() == m_cancel)
+        m_start->setFocus();
+    if (!running && std::exchange(m_closeAfterRun, false))
+        QMetaObject::invokeMethod(this, &BatchWindow::closeWindow, Qt::QueuedConnection);
+}
+
+void BatchWindow::enableStart()
+{
+    // Nor can the inputs of other windows be used: what they show or ask would keep a run waiting in the
+    // middle of its transaction.
+    const bool free = !m_running && !m_main.batch.running();
+    for (QWidget* input : m_inputs)
+        input->setEnabled(free);
+    const QString lacking = missing();
+    m_start->setEnabled(lacking.isEmpty() && free);
+    // Looked up beforehand: a run can end with its database.
+    m_missing->setText(m_running ? QString() : m_missingTexts.value(free ? lacking : u"M285"_s));
+}
+
+void BatchWindow::showProgress(qsizetype done, qsizetype total)
+{
+    // A bar of nothing would look as if it were still at work.
+    m_progress->setVisible(total > 0);
+    if (total == 0)
+        return;
+    m_progress->setRange(0, static_cast<int>(total));
+    m_progress->setValue(static_cast<int>(done));
+}
+
+void BatchWindow::appendLine(const QString& line)
+{
+    m_newLines << line;
+    if (!m_showingLines.isActive())
+        m_showingLines.start();
+}
+
+void BatchWindow::showLines()
+{
+    m_showingLines.stop();
+    if (m_newLines.isEmpty())
+        return;
+    m_list->addItems(std::exchange(m_newLines, {}));
+    m_list->setCurrentRow(m_list->count() - 1);
+}
+
+} // namespace velmora

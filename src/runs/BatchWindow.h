@@ -1,0 +1,100 @@
+// What the windows of the long runs have in common.
+#pragma once
+
+#include "runs/run_report.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace velmora {
+
+class MMain;
+
+/// Inputs at the top; below them a list of the run's lines, its progress, a start button and `Cancel`, which
+/// stops a run or else closes the window. While a run goes on, the inputs are disabled and closing the window
+/// stops it first; while another window's run goes on, this one can't start.
+class BatchWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    QSize sizeHint() const override { return QWidget::sizeHint().expandedTo({540, 460}); }
+
+protected:
+    /// The names of the list and the start button, and the button's design caption.
+    struct Controls {
+        QString list;
+        QString start;
+        QString startCaption;
+    };
+
+    BatchWindow(MMain& main, const QString& name, const QString& title, const Controls& controls);
+
+    /// Adds something that can't be changed while a run goes on.
+    void addInput(QWidget* input);
+    /// To be called at the end of the constructor: translates all captions.
+    void complete();
+
+    /// The run. What it throws is shown in an error report.
+    virtual void run() = 0;
+    /// Makes the run that is going on end soon.
+    virtual void stop() = 0;
+    /// The message that tells what a run still needs (M282 to M284); empty when the inputs describe one.
+    virtual QString missing() const = 0;
+    void enableStart();
+    /// Says on the start button what a click would do now.
+    void setStartCaption(const QString& caption) { m_start->setText(caption); }
+    /// Whether Return in an input starts the run, or only the button does.
+    virtual bool startsByReturn() const { return true; }
+
+    /// What a run is given to report here. Window events run as often as needed to keep the window
+    /// responsive.
+    RunReport report();
+    void appendLine(const QString& line);
+    void showProgress(qsizetype done, qsizetype total);
+    /// What is being done at the moment, beside the progress.
+    void showStatus(const QString& text);
+    bool isRunning() const { return m_running; }
+
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    MMain& m_main;
+
+private:
+    void createProgress(const Controls& controls);
+    void start();
+    void cancel();
+    void closeWindow();
+    void setRunning(bool running);
+    void setTabOrderAsRead();
+    void showLines();
+
+    QVBoxLayout* m_layout;
+    QList<QWidget*> m_inputs;
+    QListWidget* m_list;
+    /// What keeps the start button from being used.
+    QLabel* m_missing;
+    QHash<QString, QString> m_missingTexts;
+    QLabel* m_status;
+    QProgressBar* m_progress;
+    QPushButton* m_start;
+    QPushButton* m_cancel;
+    /// What Cancel says while a run goes on, and otherwise. Looked up beforehand: a run can end with its
+    /// database.
+    QString m_stopCaption;
+    QString m_closeCaption;
+    QElapsedTimer m_sinceEvents;
+    /// Lines that are not in the list yet. They get there with the next window events: one by one, a hundred
+    /// thousand would take minutes.
+    QStringList m_newLines;
+    QTimer m_showingLines;
+    bool m_running = false;
+    bool m_closeAfterRun = false;
+};
+
+} // namespace velmora
