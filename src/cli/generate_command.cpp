@@ -2,7 +2,9 @@
 #include "cli/selection.h"
 #include "common/MMain.h"
 #include "generation/generate.h"
+#include "generation/remembered_levels.h"
 #include "mainwindow/menu.h"
+#include "runs/phone_selection.h"
 
 #include <CLI/CLI.hpp>
 

@@ -13,6 +13,13 @@ MMain::MMain(QString folder, Prompts userPrompts)
 {
 }
 
+std::optional<QString> MMain::setting(const QString& code, const QString& subcode)
+{
+    const Recordset rows = query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '"_L1 + code +
+                                 "' AND SY_SUBCODE = '"_L1 + subcode + u'\'');
+    return rows.eof() ? std::nullopt : std::optional(rows.text(0));
+}
+
 QString MMain::GetDescription(const QString& code, const QString& inLanguage)
 {
     const Recordset texts = connection.select(

@@ -32,6 +32,9 @@ public:
     bool stopFlag = false;
     Batch batch;
 
+    /// The value of a row of SYSTEM_PARAMETERS, the first of a sub-code; nothing where there is none.
+    std::optional<QString> setting(const QString& code, const QString& subcode);
+
     /// The text of `code` in `inLanguage` (the current language when empty), or an empty text.
     QString GetDescription(const QString& code, const QString& inLanguage = {});
 

@@ -1,7 +1,7 @@
 #include "editor/pick_list.h"
 
 #include "common/MMain.h"
-#include "runs/phone_selection.h"
+#include "common/list_entry.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "editor/record_form.h"
 
 #include "common/MMain.h"
+#include "common/list_entry.h"
 #include "common/texts/refusal.h"
 #include "database/transaction.h"
 #include "editor/record_statements.h"
-#include "runs/phone_selection.h"
 
 #include <algorithm>
 

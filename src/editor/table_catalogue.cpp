@@ -11,20 +11,12 @@ namespace velmora {
 
 namespace {
 
-/// The value of the first row that a query on SYSTEM_PARAMETERS finds.
-std::optional<QString> setting(MMain& main, const QString& code, const QString& subcode)
-{
-    const Recordset rows = main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '"_L1 + code +
-                                      "' AND SY_SUBCODE = '"_L1 + subcode + "'"_L1);
-    return rows.eof() ? std::nullopt : std::optional(rows.text(0));
-}
-
 /// A "*" row overrides the rows of single users.
 std::optional<QString> tabRights(MMain& main)
 {
-    if (const auto everybody = setting(main, u"AUTHC"_s, u"*"_s))
+    if (const auto everybody = main.setting(u"AUTHC"_s, u"*"_s))
         return everybody;
-    return setting(main, u"AUTHC"_s, main.userName.toUpper());
+    return main.setting(u"AUTHC"_s, main.userName.toUpper());
 }
 
 QStringList tablesOfUser(MMain& main)
@@ -67,8 +59,8 @@ QList<TableTab> tableTabs(MMain& main)
 TablePasswords passwordsOf(MMain& main, const QString& table)
 {
     // The two rows differ in their code: the second password is itself a system row of the table.
-    const QString second = setting(main, "$$"_L1 + table, u"$$PWD2"_s).value_or(QString());
-    return {setting(main, table, u"$$PWD"_s), second};
+    const QString second = main.setting("$$"_L1 + table, u"$$PWD2"_s).value_or(QString());
+    return {main.setting(table, u"$$PWD"_s), second};
 }
 
 Access accessFor(const TablePasswords& passwords, const QString& entry)

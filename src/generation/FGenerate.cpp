@@ -2,6 +2,7 @@
 
 #include "common/MMain.h"
 #include "generation/generate.h"
+#include "generation/remembered_levels.h"
 #include "windows/failure_report.h"
 
 #include <QHBoxLayout>

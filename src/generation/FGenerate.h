@@ -1,6 +1,7 @@
 // The window that generates configuration files.
 #pragma once
 
+#include "modules/writer.h"
 #include "runs/BatchWindow.h"
 #include "runs/FolderPicker.h"
 #include "runs/SelectionPanel.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "generation/staging.h"
-#include "runs/phone_selection.h"
 #include "runs/run_report.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 // Staging the parameters of the phones of a run in the table EQ_TEMP.
 #pragma once
 
-#include "runs/phone_selection.h"
+#include "modules/writer.h"
 #include "runs/run_report.h"
 
 #include <QList>
@@ -14,13 +14,6 @@
 namespace velmora {
 
 class MMain;
-
-/// A parameter as a device file shows it.
-struct Parameter {
-    QString code;
-    QString description;
-    QString value;
-};
 
 /// Merges the parameters of the phones of a run, one after the other, in the staging table. The phones are
 /// all of one company and model. The table is emptied for the first phone and when this object ends.

@@ -2,13 +2,26 @@
 #pragma once
 
 #include "common/phone.h"
-#include "generation/staging.h"
-#include "runs/phone_selection.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QStringList>
 
 namespace velmora {
+
+/// Which levels of parameters a run includes.
+struct Levels {
+    bool phone = true;
+    bool company = true;
+    bool equipment = true;
+};
+
+/// A parameter as a device file shows it.
+struct Parameter {
+    QString code;
+    QString description;
+    QString value;
+};
 
 /// The names of the file that the device loads and of its readable source copy.
 struct DeviceFileNames {

@@ -9,8 +9,6 @@ namespace velmora {
 
 namespace {
 
-constexpr auto separator = " \\\\ "_L1;
-
 QList<ListEntry> entries(MMain& main, const QString& statement)
 {
     QList<ListEntry> found;
@@ -19,25 +17,7 @@ QList<ListEntry> entries(MMain& main, const QString& statement)
     return found;
 }
 
-QString setting(MMain& main, const QString& code, const QString& subcode)
-{
-    const Recordset rows = main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '"_L1 + code +
-                                      "' AND SY_SUBCODE = '"_L1 + subcode + "'"_L1);
-    return rows.eof() ? QString() : rows.text(0);
-}
-
 } // namespace
-
-QString ListEntry::text() const
-{
-    return code + separator + description;
-}
-
-QString codeOf(const QString& entryText)
-{
-    const qsizetype end = entryText.indexOf(separator);
-    return end < 0 ? entryText : entryText.first(end);
-}
 
 QList<ListEntry> companies(MMain& main)
 {
@@ -67,17 +47,7 @@ QList<ListEntry> phonesOf(MMain& main, const QString& company)
 
 QString rememberedFolder(MMain& main, const QString& owner, const QString& subcode)
 {
-    return withoutTrailingSeparator(setting(main, owner, subcode));
-}
-
-Levels rememberedLevels(MMain& main, const QString& company, const QString& model, Levels levels)
-{
-    const QString remembered = setting(main, company + model, u"$$DEFGEN"_s);
-    bool* const boxes[] = {&levels.phone, &levels.company, &levels.equipment};
-    for (qsizetype box = 0; box < 3 && box < remembered.size(); ++box)
-        if (remembered[box] != u' ')
-            *boxes[box] = remembered[box] != u'0';
-    return levels;
+    return withoutTrailingSeparator(main.setting(owner, subcode).value_or(QString()));
 }
 
 } // namespace velmora
