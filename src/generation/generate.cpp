@@ -6,6 +6,7 @@
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "modules/GXP2000.h"
+#include "modules/modules.h"
 
 #include <QDir>
 #include <QHash>
@@ -132,12 +133,10 @@ private:
             m_main.query("SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = '"_L1 + phone.equipment + u'\'');
         if (modules.recordCount() != 1)
             return refuse(u"M9"_s, phone.equipment);
-        const QString module = modules.text(0);
-        if (module == "NONE"_L1)
-            return true;
-        const Writer* writer = writerOf(module);
-        return writer ? writeFiles(*writer, phone, parameters, folder)
-                      : refuse(u"M10"_s, phone.equipment + " - "_L1 + module);
+        const Module* module = moduleOf(modules.text(0));
+        if (!module)
+            return refuse(u"M10"_s, phone.equipment + " - "_L1 + modules.text(0));
+        return !module->writer || writeFiles(*module->writer, phone, parameters, folder);
     }
 
     bool refuse(const QString& message, const QString& substitution)

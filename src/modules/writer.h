@@ -45,9 +45,6 @@ struct Writer {
     DeviceFile (*source)(const QList<Parameter>& parameters);
 };
 
-/// The writer of the module that EQ_MODULE names, or null when no writer goes by that name.
-const Writer* writerOf(const QString& module);
-
 /// The base name of a template: the model, followed by " - " and the company when company values are
 /// included.
 QString templateBaseName(const Phone& phone, const Levels& levels);

@@ -64,17 +64,12 @@ RebootOutcome Reboot::visitPhone()
     }
 }
 
-RebootOutcome Reboot::dispatch(const QString& module)
+RebootOutcome Reboot::dispatch(const QString& name)
 {
-    if (module == "GRANDSTREAM"_L1)
-        return GXP2000();
-    if (module == "PAP2"_L1)
-        return PAP2();
-    if (module == "F1000"_L1)
-        return F1000();
-    if (module == "NONE"_L1)
-        return RebootOutcome::LeftOut;
-    return stop(u"M10"_s, m_main.currentPhone().equipment + " - "_L1 + module);
+    const Module* module = moduleOf(name);
+    if (!module)
+        return stop(u"M10"_s, m_main.currentPhone().equipment + " - "_L1 + name);
+    return module->restart ? restart(*module->restart) : RebootOutcome::LeftOut;
 }
 
 RebootOutcome Reboot::stop(const QString& message, const QString& substitution)
@@ -84,30 +79,16 @@ RebootOutcome Reboot::stop(const QString& message, const QString& substitution)
     return RebootOutcome::Refused;
 }
 
-RebootOutcome Reboot::GXP2000()
+RebootOutcome Reboot::restart(const Restart& restart)
 {
-    const auto values = valuesNamedBy({u"$$IP1"_s, u"$$IP2"_s, u"$$IP3"_s, u"$$IP4"_s, u"$$EPWD"_s});
-    if (!values)
-        return RebootOutcome::Unreachable;
-    return m_procedures.RebootGXP2000(values->first(4).join(u'.'), values->last(), m_request.waitIfBusy);
-}
-
-RebootOutcome Reboot::PAP2()
-{
-    const auto values = valuesNamedBy({u"$$IP1"_s, u"$$EPWD"_s});
+    const auto values = valuesNamedBy(restart.addressKeys + QStringList(u"$$EPWD"_s));
     if (!values)
         return RebootOutcome::Unreachable;
     // Only here: a run that a model has stopped is not forgotten by the Reboot button.
-    m_stopFlag = false;
-    return m_procedures.RebootPAP2(values->first(), values->last());
-}
-
-RebootOutcome Reboot::F1000()
-{
-    const auto values = valuesNamedBy({u"$$IP1"_s, u"$$EPWD"_s});
-    if (!values)
-        return RebootOutcome::Unreachable;
-    return m_procedures.RebootF1000(values->first(), values->last());
+    if (restart.forgetsStop)
+        m_stopFlag = false;
+    const QString address = values->first(values->size() - 1).join(u'.');
+    return restart.procedure(m_procedures, address, values->last(), m_request.waitIfBusy);
 }
 
 /// The current phone's values of the parameters that the model's system rows of those keys name; nothing,
@@ -116,13 +97,12 @@ std::optional<QStringList> Reboot::valuesNamedBy(const QStringList& keys)
 {
     QStringList parameters;
     for (const QString& key : keys) {
-        const Recordset row = m_main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$"_L1 +
-                                           m_request.equipment + "' AND SY_SUBCODE = '"_L1 + key + u'\'');
-        if (row.eof()) {
+        const std::optional<QString> parameter = m_main.setting("$$"_L1 + m_request.equipment, key);
+        if (!parameter) {
             m_main.showMessage(u"M20"_s, key);
             return std::nullopt;
         }
-        parameters << row.text(0);
+        parameters << *parameter;
     }
     QStringList values;
     for (const QString& parameter : parameters)

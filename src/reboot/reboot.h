@@ -2,7 +2,7 @@
 #pragma once
 
 #include "http/http_exchange.h"
-#include "modules/reboot_procedures.h"
+#include "modules/modules.h"
 
 #include <optional>
 
@@ -45,11 +45,9 @@ public:
 
 private:
     RebootOutcome visitPhone();
-    RebootOutcome dispatch(const QString& module);
+    RebootOutcome dispatch(const QString& name);
     RebootOutcome stop(const QString& message, const QString& substitution);
-    RebootOutcome GXP2000();
-    RebootOutcome PAP2();
-    RebootOutcome F1000();
+    RebootOutcome restart(const Restart& restart);
     std::optional<QStringList> valuesNamedBy(const QStringList& keys);
 
     MMain& m_main;

@@ -119,6 +119,9 @@ void tst_manual::explainsEveryMessage()
     for (const QStringList& row : readSeparatedValues(u"" VELMORA_SOURCE "/data/texts.csv"_s))
         if (row[0].contains(QRegularExpression(u"^M\\d"_s)))
             codes << row[0];
+    for (const QString& code : codes)
+        QVERIFY2(explained.contains(code),
+                 qPrintable(code + " is not explained in data/manual/messages.csv"_L1));
     QCOMPARE(explained, codes);
 }
 
