@@ -31,6 +31,9 @@ public:
     /// Ends a generation run after its current step.
     bool stopFlag = false;
     Batch batch;
+    /// The company and the model that were chosen last in any window; the next one proposes them.
+    QString lastCompany;
+    QString lastEquipment;
 
     /// The value of a row of SYSTEM_PARAMETERS, the first of a sub-code; nothing where there is none.
     std::optional<QString> setting(const QString& code, const QString& subcode);

@@ -58,6 +58,7 @@ void FGenerate::connectControls()
         connect(m_levels[level], &QCheckBox::clicked, this,
                 [this, level] { reportFailures(m_main, [this, level] { levelClicked(level); }); });
     connect(m_folder, &FolderPicker::folderChanged, this, guarded(&FGenerate::pathChanged));
+    connect(m_folder, &FolderPicker::rememberWanted, this, guarded(&FGenerate::rememberChoice));
 }
 
 void FGenerate::clearPath()
@@ -80,6 +81,14 @@ void FGenerate::chooseEquipment()
         rememberedFolder(m_main, m_selection->company() + m_selection->equipment(), u"$$GENPATH"_s));
 }
 
+void FGenerate::rememberChoice()
+{
+    const QString owner = m_selection->company() + m_selection->equipment();
+    remember(m_main, owner, u"$$GENPATH"_s, m_folder->folder());
+    remember(m_main, owner, u"$$DEFGEN"_s, textOf(levels()));
+    showStatus(m_main.messageLine(u"M314"_s));
+}
+
 void FGenerate::levelClicked(int level)
 {
     const bool noneLeft =
@@ -99,12 +108,13 @@ void FGenerate::pathChanged()
     enableStart();
 }
 
-void FGenerate::run()
+bool FGenerate::run()
 {
-    Generate(m_main,
-             {m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
-              m_selection->phoneTo(), levels(), m_withSource->isChecked(), m_folder->folder()},
-             report());
+    return Generate(m_main,
+                    {m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
+                     m_selection->phoneTo(), levels(), m_withSource->isChecked(), m_folder->folder()},
+                    report())
+        .has_value();
 }
 
 QString FGenerate::missing() const

@@ -23,10 +23,11 @@ private:
 
     void clearPath();
     void chooseEquipment();
+    void rememberChoice();
     void levelClicked(int level);
     void pathChanged();
 
-    void run() override;
+    bool run() override;
     void stop() override;
     QString missing() const override;
 

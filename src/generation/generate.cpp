@@ -73,7 +73,7 @@ public:
         }
         m_report.line(m_main.messageLine(u"M12"_s));
         if (m_withRemarks > 0)
-            m_report.line(m_main.messageLine(u"M290"_s, outOf(m_withRemarks, total)));
+            m_report.tell({m_main.messageLine(u"M290"_s, outOf(m_withRemarks, total)), true});
         return m_withRemarks;
     }
 
@@ -87,7 +87,7 @@ private:
     void remark(const QString& line)
     {
         m_hasRemark = true;
-        m_report.line(line);
+        m_report.tell({line, true});
     }
 
     bool generatePhone()

@@ -16,4 +16,12 @@ Levels rememberedLevels(MMain& main, const QString& company, const QString& mode
     return levels;
 }
 
+QString textOf(const Levels& levels)
+{
+    QString text;
+    for (const bool included : {levels.phone, levels.company, levels.equipment})
+        text += included ? u'1' : u'0';
+    return text;
+}
+
 } // namespace velmora

@@ -11,4 +11,7 @@ class MMain;
 /// it as it is, anything else includes it.
 Levels rememberedLevels(MMain& main, const QString& company, const QString& model, Levels levels = {});
 
+/// The text that remembers `levels`, as the row $$DEFGEN holds it.
+QString textOf(const Levels& levels);
+
 } // namespace velmora

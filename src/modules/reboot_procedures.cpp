@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-RebootProcedures::RebootProcedures(MMain& main, HttpExchange& device, LineSink line)
-    : m_main(main), m_device(device), m_line(std::move(line))
+RebootProcedures::RebootProcedures(MMain& main, HttpExchange& device, const RunReport& report)
+    : m_main(main), m_device(device), m_report(report)
 {
 }
 
@@ -83,13 +83,13 @@ RebootOutcome RebootProcedures::RebootF1000(const QString& address, const QStrin
 void RebootProcedures::announce(const QString& model, const QString& address) const
 {
     const Phone phone = m_main.currentPhone();
-    m_line(model + u' ' + address + " - "_L1 + phone.code + " - "_L1 + phone.description);
+    m_report.line(model + u' ' + address + " - "_L1 + phone.code + " - "_L1 + phone.description);
     QCoreApplication::processEvents();
 }
 
 void RebootProcedures::report(const QString& message, const QString& substitution) const
 {
-    m_line(m_main.messageLine(message, substitution));
+    m_report.tell({m_main.messageLine(message, substitution), message != "M15"_L1});
     QCoreApplication::processEvents();
 }
 

@@ -25,7 +25,7 @@ enum class RebootOutcome {
 /// throw std::invalid_argument when a reply lacks the end of a value that is needed, and DatabaseError.
 class RebootProcedures {
 public:
-    RebootProcedures(MMain& main, HttpExchange& device, LineSink line);
+    RebootProcedures(MMain& main, HttpExchange& device, const RunReport& report);
 
     /// A device that is busy is left alone, or asked again every five seconds.
     RebootOutcome RebootGXP2000(const QString& address, const QString& password, bool waitIfBusy) const;
@@ -42,7 +42,7 @@ private:
 
     MMain& m_main;
     HttpExchange& m_device;
-    LineSink m_line;
+    const RunReport& m_report;
 };
 
 } // namespace velmora

@@ -41,7 +41,7 @@ bool generatePhoneBook(MMain& main, const PhoneBookRequest& request, const RunRe
         entries << AddressBookEntry{rows.text("BK_NUM"_L1), rows.text("BK_NAME"_L1)};
         report.line(entries.last().number + " - "_L1 + entries.last().name);
         if (!fitsAnsi(entries.last().number) || !fitsAnsi(entries.last().name))
-            report.line(main.messageLine(u"M218"_s));
+            report.tell({main.messageLine(u"M218"_s), true});
     }
     removeLeftovers(localFolder(request.folder));
     writeWholeFile(pathIn(localFolder(request.folder), addressBookName), addressBook(entries));

@@ -80,7 +80,7 @@ bool exportToCsv(MMain& main, const PhoneBookRequest& request, const RunReport& 
     writeWholeFile(path, semicolonSeparated(*rows));
     for (const QStringList& values : *rows)
         if (!fitsAnsi(values.join(u';')))
-            report.line(values.join(u';') + main.messageLine(u"M218"_s));
+            report.tell({values.join(u';') + main.messageLine(u"M218"_s), true});
     reportRows(main, rows->size(), report);
     return true;
 }

@@ -64,15 +64,16 @@ public:
     {
         try {
             const QString outcome = takeOver(user, company);
-            m_lines << user.extension + " - "_L1 + user.name + " - "_L1 + outcome;
+            m_lines << RunLine{user.extension + " - "_L1 + user.name + " - "_L1 + outcome};
         } catch (const DatabaseError& error) {
             if (error.reason() == DatabaseError::Reason::ConnectionLost ||
                 error.reason() == DatabaseError::Reason::TransactionLost)
                 throw;
             ++m_counts.refused;
             m_refused << asStored(user.extension);
-            m_lines << m_main.messageLine(u"M220"_s, QString::number(user.line)) + ": "_L1 + user.extension +
-                           " - "_L1 + user.name + " - "_L1 + reasonOf(user, error);
+            m_lines << RunLine{m_main.messageLine(u"M220"_s, QString::number(user.line)) + ": "_L1 +
+                                   user.extension + " - "_L1 + user.name + " - "_L1 + reasonOf(user, error),
+                               true};
         }
     }
 
@@ -85,7 +86,7 @@ public:
 
     const ImportCounts& counts() const { return m_counts; }
     /// What became of each entry, in the order of the file.
-    const QStringList& lines() const { return m_lines; }
+    const QList<RunLine>& lines() const { return m_lines; }
     /// Whether most of the entries of earlier imports are hidden now.
     bool hasHiddenMost() const { return m_counts.hidden * 2 > m_waiting; }
 
@@ -178,7 +179,7 @@ private:
     /// How many entries of earlier imports wait to be met.
     qsizetype m_waiting = 0;
     ImportCounts m_counts;
-    QStringList m_lines;
+    QList<RunLine> m_lines;
     /// The numbers of the entries that were refused.
     QStringList m_refused;
 };
@@ -217,11 +218,11 @@ bool run(MMain& main, Import& import, const QList<ConfUser>& users, const RunRep
 /// Tells what became of the entries. To be called after the commit: until then nothing of it has happened.
 void tell(MMain& main, const Import& import, const RunReport& report)
 {
-    for (const QString& line : import.lines())
-        report.line(line);
+    for (const RunLine& line : import.lines())
+        report.tell(line);
     report.line(summaryOf(main, import.counts()));
     if (import.hasHiddenMost())
-        report.line(main.messageLine(u"M262"_s));
+        report.tell({main.messageLine(u"M262"_s), true});
 }
 
 } // namespace
@@ -251,7 +252,7 @@ std::optional<ImportCounts> importPhoneBook(MMain& main, const PhoneBookRequest&
     } catch (const DatabaseError& error) {
         // Whether a commit whose answer was lost has happened, nobody knows.
         if (error.reason() != DatabaseError::Reason::ConnectionLost)
-            report.line(failed);
+            report.tell({failed, true});
         throw;
     }
     tell(main, import, report);

@@ -60,11 +60,11 @@ QString FRgen::missing() const
     return complete ? QString() : u"M284"_s;
 }
 
-void FRgen::run()
+bool FRgen::run()
 {
-    generateRanges(m_main,
-                   {codeOf(m_company->currentText()), m_from->text(), m_to->text(), m_remove->isChecked()},
-                   report());
+    return generateRanges(
+        m_main, {codeOf(m_company->currentText()), m_from->text(), m_to->text(), m_remove->isChecked()},
+        report());
 }
 
 void FRgen::stop()

@@ -17,7 +17,7 @@ public:
 
 private:
     QWidget* createForm();
-    void run() override;
+    bool run() override;
     void stop() override;
     QString missing() const override;
 

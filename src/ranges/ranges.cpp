@@ -41,7 +41,7 @@ public:
             while (done < total && !m_main.stopFlag)
                 done += treatSome(first, done, total);
         } catch (const DatabaseError&) {
-            m_report.line(QString(m_failed).replace("$$"_L1, howFar()));
+            m_report.tell({QString(m_failed).replace("$$"_L1, howFar()), true});
             throw;
         }
         if (done < total) {
@@ -68,14 +68,14 @@ private:
         }
         transaction.commit();
         // Not before: until then nothing of it has happened.
-        for (const QString& line : std::as_const(m_lines))
-            m_report.line(line);
+        for (const RunLine& line : std::as_const(m_lines))
+            m_report.tell(line);
         return treated;
     }
 
     void treat(const QString& code)
     {
-        m_lines << QString(m_code).replace("$$"_L1, code);
+        m_lines << RunLine{QString(m_code).replace("$$"_L1, code)};
         if (m_request.remove)
             remove(code);
         else
@@ -87,23 +87,23 @@ private:
         if (!rowOf(u"RANGES"_s, code))
             return;
         if (const auto refusal = refusalOf("DELETE FROM RANGES"_L1 + condition(code)); !refusal)
-            m_lines << m_removed;
+            m_lines << RunLine{m_removed};
     }
 
     void add(const QString& code)
     {
         if (rowOf(u"PHONES"_s, code)) {
-            m_lines << m_notAdded;
+            m_lines << RunLine{m_notAdded};
             return;
         }
         const auto refusal =
             refusalOf("INSERT INTO RANGES VALUES('"_L1 + m_request.company + "', '"_L1 + code + "')"_L1);
         if (!refusal)
-            m_lines << m_added;
+            m_lines << RunLine{m_added};
         else if (refusal->reason() == DatabaseError::Reason::DuplicateKey)
-            m_lines << m_notAdded;
+            m_lines << RunLine{m_notAdded};
         else
-            m_lines << m_notAdded + " - "_L1 + refusalReason(m_main, *refusal);
+            m_lines << RunLine{m_notAdded + " - "_L1 + refusalReason(m_main, *refusal), true};
     }
 
     QString condition(const QString& code) const
@@ -141,7 +141,7 @@ private:
     const QString m_added;
     const QString m_failed;
     /// The lines about codes that are not committed yet.
-    QStringList m_lines;
+    QList<RunLine> m_lines;
 };
 
 /// The declared width of phone codes in a range.

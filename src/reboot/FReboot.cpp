@@ -43,14 +43,17 @@ void FReboot::phonesChosen()
 /// The run waits for its devices with window events running, so none have to run for its progress.
 RunReport FReboot::reportOfReboot()
 {
-    return {[this](const QString& line) { appendLine(line); },
+    return {[this](const QString& line) { append({line}); },
             [this](qsizetype done, qsizetype total) {
                 showProgress(done, total);
                 showVisit();
+            },
+            [this](const QString& line) {
+                append({line, true});
             }};
 }
 
-void FReboot::run()
+bool FReboot::run()
 {
     m_sinceStart.start();
     m_everySecond.start(1000);
@@ -64,6 +67,7 @@ void FReboot::run()
         m_reboot.run({m_selection->company(), m_selection->equipment(), m_selection->phoneFrom(),
                       m_selection->phoneTo(), m_waitIfBusy->isChecked()});
     m_summary = summaryOf(m_main, counts);
+    return counts.visited == counts.phones;
 }
 
 void FReboot::stop()

@@ -20,7 +20,7 @@ public:
     explicit FReboot(MMain& main, quint16 port = HttpExchange::webPort);
 
 private:
-    void run() override;
+    bool run() override;
     void stop() override;
     QString missing() const override
     {

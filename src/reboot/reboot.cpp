@@ -19,8 +19,13 @@ QString summaryOf(MMain& main, const RebootCounts& counts)
 Reboot::Reboot(MMain& main, quint16 port, RunReport report, int budget)
     : m_main(main),
       m_report(std::move(report)),
-      m_device(main, port, m_report.line, budget),
-      m_procedures(main, m_device, m_report.line)
+      m_device(
+          main, port,
+          [this](const QString& line) {
+              m_report.tell({line, true});
+          },
+          budget),
+      m_procedures(main, m_device, m_report)
 {
 }
 
@@ -34,18 +39,17 @@ RebootCounts Reboot::run(const RebootRequest& request)
                      request.phoneTo + "' ORDER BY PH_CODE"_L1);
     RebootCounts counts;
     counts.phones = m_main.phones.recordCount();
-    qsizetype visited = 0;
     for (; !m_main.phones.eof(); m_main.phones.moveNext()) {
-        m_report.progress(visited, counts.phones);
+        m_report.progress(counts.visited, counts.phones);
         const RebootOutcome outcome = visitPhone();
-        ++visited;
+        ++counts.visited;
         counts.rebooted += outcome == RebootOutcome::Rebooted;
         counts.refused += outcome == RebootOutcome::Refused;
         counts.unreachable += outcome == RebootOutcome::Unreachable;
         if (m_stopFlag || m_device.isAborted())
             break;
     }
-    m_report.progress(visited, counts.phones);
+    m_report.progress(counts.visited, counts.phones);
     return counts;
 }
 
@@ -59,7 +63,7 @@ RebootOutcome Reboot::visitPhone()
     try {
         return dispatch(modules.text(0));
     } catch (const std::invalid_argument& incomprehensible) {
-        m_report.line(m_main.messageLine(u"M213"_s, QString::fromUtf8(incomprehensible.what())));
+        m_report.tell({m_main.messageLine(u"M213"_s, QString::fromUtf8(incomprehensible.what())), true});
         return RebootOutcome::Refused;
     }
 }

@@ -21,6 +21,8 @@ struct RebootRequest {
 /// How many phones ended how.
 struct RebootCounts {
     qsizetype phones = 0;
+    /// Fewer where the run was stopped.
+    qsizetype visited = 0;
     qsizetype rebooted = 0;
     qsizetype refused = 0;
     qsizetype unreachable = 0;

@@ -1,6 +1,7 @@
 #include "runs/BatchWindow.h"
 
 #include "common/MMain.h"
+#include "runs/SelectionPanel.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
 
@@ -30,21 +31,23 @@ BatchWindow::BatchWindow(MMain& main, const QString& name, const QString& title,
     createProgress(controls);
     connect(m_start, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { start(); }); });
     connect(m_cancel, &QPushButton::clicked, this, &BatchWindow::cancel);
-    m_showingLines.setSingleShot(true);
-    connect(&m_showingLines, &QTimer::timeout, this, &BatchWindow::showLines);
+    connect(m_log, &RunLog::saved, this, &BatchWindow::showStatus);
     connect(&m_main.batch, &Batch::runningChanged, this, &BatchWindow::enableStart);
     connect(&m_main.batch, &Batch::stopRequested, this, [this] {
         if (m_running)
-            stop();
+            askToStop();
     });
+}
+
+void BatchWindow::askToStop()
+{
+    m_stopAsked = true;
+    stop();
 }
 
 void BatchWindow::createProgress(const Controls& controls)
 {
-    m_list = new QListWidget;
-    m_list->setObjectName(controls.list);
-    m_list->setUniformItemSizes(true);
-    m_list->setAccessibleName(m_main.textOr(u"BATCH_LOG"_s, u"Log"_s));
+    m_log = new RunLog(m_main, controls.list);
     m_missing = new QLabel;
     m_missing->setObjectName(u"Missing"_s);
     m_missing->setTextFormat(Qt::PlainText);
@@ -73,7 +76,7 @@ void BatchWindow::createProgress(const Controls& controls)
     buttons->addWidget(m_progress, 1);
     buttons->addWidget(m_start);
     buttons->addWidget(m_cancel);
-    m_layout->addWidget(m_list, 1);
+    m_layout->addWidget(m_log, 1);
     m_layout->addWidget(m_missing);
     m_layout->addWidget(m_status);
     m_layout->addLayout(buttons);
@@ -92,8 +95,15 @@ void BatchWindow::complete()
     m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
     for (const QString& code : {u"M282"_s, u"M283"_s, u"M284"_s, u"M285"_s})
         m_missingTexts.insert(code, m_main.messageLine(code));
+    const QString kept = u"$$"_s;
+    m_throughText = m_main.messageLine(u"M310"_s, kept);
+    m_stoppedText = m_main.messageLine(u"M311"_s, kept);
+    m_endedText = m_main.messageLine(u"M312"_s, kept);
+    m_remarksText = m_main.messageLine(u"M313"_s, kept);
     setTabOrderAsRead();
     setRunning(false);
+    for (SelectionPanel* selection : findChildren<SelectionPanel*>())
+        selection->chooseLast();
 }
 
 /// Tab goes through the inputs, the list, the start button and Cancel. The list was made before the inputs.
@@ -105,30 +115,47 @@ void BatchWindow::setTabOrderAsRead()
             setTabOrder(before, next);
         before = next;
     };
-    for (QWidget* input : m_inputs) {
+    for (QWidget* input : m_inputs + QList<QWidget*>{m_log}) {
         if (input->focusPolicy() != Qt::NoFocus)
             append(input);
         for (QWidget* part : input->findChildren<QWidget*>())
             if (part->focusPolicy() != Qt::NoFocus && part->window() == window())
                 append(part);
     }
-    for (QWidget* control :
-         {static_cast<QWidget*>(m_list), static_cast<QWidget*>(m_start), static_cast<QWidget*>(m_cancel)})
-        append(control);
+    append(m_start);
+    append(m_cancel);
 }
 
 void BatchWindow::start()
 {
     setRunning(true);
-    const auto finish = qScopeGuard([this] {
-        showLines();
+    m_stopAsked = false;
+    m_progressText.clear();
+    bool wentThrough = false;
+    const auto finish = qScopeGuard([&] {
+        m_log->showNewLines();
+        showSummary(wentThrough);
         setRunning(false);
     });
     const Batch::Run batch(m_main.batch);
-    m_list->clear();
+    m_log->clear();
     m_progress->hide();
     showStatus({});
-    run();
+    wentThrough = run();
+}
+
+/// Says how the run ended, unless the window has already said something of its own.
+void BatchWindow::showSummary(bool wentThrough)
+{
+    if (m_progressText.isEmpty() || (wentThrough && !m_status->text().isEmpty() && m_log->remarks() == 0))
+        return;
+    const QString& ending = wentThrough ? m_throughText : m_stopAsked ? m_stoppedText : m_endedText;
+    QStringList parts(QString(ending).replace("$$"_L1, m_progressText));
+    if (m_log->remarks() > 0)
+        parts << QString(m_remarksText).replace("$$"_L1, QString::number(m_log->remarks()));
+    if (!m_status->text().isEmpty())
+        parts << m_status->text();
+    showStatus(parts.join(", "_L1));
 }
 
 RunReport BatchWindow::report()
@@ -141,7 +168,10 @@ RunReport BatchWindow::report()
         m_main.prompts.letEventsRun();
         m_sinceEvents.restart();
     };
-    return {[this](const QString& line) { appendLine(line); }, progress};
+    return {[this](const QString& line) { append({line}); }, progress,
+            [this](const QString& line) {
+                append({line, true});
+            }};
 }
 
 void BatchWindow::showStatus(const QString& text)
@@ -154,7 +184,7 @@ void BatchWindow::showStatus(const QString& text)
 void BatchWindow::cancel()
 {
     if (m_running)
-        stop();
+        askToStop();
     else
         closeWindow();
 }
@@ -164,7 +194,7 @@ void BatchWindow::closeEvent(QCloseEvent* event)
     event->setAccepted(!m_running);
     if (!m_running)
         return;
-    stop();
+    askToStop();
     m_closeAfterRun = true;
 }
 
@@ -214,32 +244,18 @@ void BatchWindow::enableStart()
     m_start->setEnabled(lacking.isEmpty() && free);
     // Looked up beforehand: a run can end with its database.
     m_missing->setText(m_running ? QString() : m_missingTexts.value(free ? lacking : u"M285"_s));
+    m_missing->setVisible(!m_missing->text().isEmpty());
 }
 
 void BatchWindow::showProgress(qsizetype done, qsizetype total)
 {
     // A bar of nothing would look as if it were still at work.
+    m_progressText = QString::number(done) + " / "_L1 + QString::number(total);
     m_progress->setVisible(total > 0);
     if (total == 0)
         return;
     m_progress->setRange(0, static_cast<int>(total));
     m_progress->setValue(static_cast<int>(done));
-}
-
-void BatchWindow::appendLine(const QString& line)
-{
-    m_newLines << line;
-    if (!m_showingLines.isActive())
-        m_showingLines.start();
-}
-
-void BatchWindow::showLines()
-{
-    m_showingLines.stop();
-    if (m_newLines.isEmpty())
-        return;
-    m_list->addItems(std::exchange(m_newLines, {}));
-    m_list->setCurrentRow(m_list->count() - 1);
 }
 
 } // namespace velmora

@@ -1,14 +1,12 @@
 // What the windows of the long runs have in common.
 #pragma once
 
-#include "runs/run_report.h"
+#include "runs/RunLog.h"
 
 #include <QElapsedTimer>
 #include <QLabel>
-#include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace velmora {
@@ -39,8 +37,8 @@ protected:
     /// To be called at the end of the constructor: translates all captions.
     void complete();
 
-    /// The run. What it throws is shown in an error report.
-    virtual void run() = 0;
+    /// The run; whether it went through to its end. What it throws is shown in an error report.
+    virtual bool run() = 0;
     /// Makes the run that is going on end soon.
     virtual void stop() = 0;
     /// The message that tells what a run still needs (M282 to M284); empty when the inputs describe one.
@@ -54,7 +52,7 @@ protected:
     /// What a run is given to report here. Window events run as often as needed to keep the window
     /// responsive.
     RunReport report();
-    void appendLine(const QString& line);
+    void append(const RunLine& line) { m_log->append(line); }
     void showProgress(qsizetype done, qsizetype total);
     /// What is being done at the moment, beside the progress.
     void showStatus(const QString& text);
@@ -68,15 +66,16 @@ protected:
 private:
     void createProgress(const Controls& controls);
     void start();
+    void askToStop();
+    void showSummary(bool wentThrough);
     void cancel();
     void closeWindow();
     void setRunning(bool running);
     void setTabOrderAsRead();
-    void showLines();
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;
-    QListWidget* m_list;
+    RunLog* m_log;
     /// What keeps the start button from being used.
     QLabel* m_missing;
     QHash<QString, QString> m_missingTexts;
@@ -89,10 +88,13 @@ private:
     QString m_stopCaption;
     QString m_closeCaption;
     QElapsedTimer m_sinceEvents;
-    /// Lines that are not in the list yet. They get there with the next window events: one by one, a hundred
-    /// thousand would take minutes.
-    QStringList m_newLines;
-    QTimer m_showingLines;
+    /// How a run has ended: through, stopped, or given up; and how many remarks it made. "$$" is the number.
+    QString m_throughText;
+    QString m_stoppedText;
+    QString m_endedText;
+    QString m_remarksText;
+    QString m_progressText;
+    bool m_stopAsked = false;
     bool m_running = false;
     bool m_closeAfterRun = false;
 };

@@ -33,7 +33,8 @@ FolderPicker::FolderPicker(MMain& main, QWidget* parent)
       m_main(main),
       m_folder(new QLabel),
       m_browse(new QPushButton(u"..."_s)),
-      m_create(new QPushButton(main.textOr(u"BATCH_CREATE"_s, u"Create Folder"_s)))
+      m_create(new QPushButton(main.textOr(u"BATCH_CREATE"_s, u"Create Folder"_s))),
+      m_remember(new QPushButton(main.textOr(u"BATCH_REMEMBER"_s, u"Remember"_s)))
 {
     auto* caption = new QLabel(u"Path"_s);
     caption->setObjectName(u"PLab"_s);
@@ -52,6 +53,10 @@ FolderPicker::FolderPicker(MMain& main, QWidget* parent)
     layout->addWidget(m_folder, 1);
     layout->addWidget(m_browse);
     layout->addWidget(m_create);
+    layout->addWidget(m_remember);
+    m_remember->setAutoDefault(true);
+    m_remember->setEnabled(false);
+    connect(m_remember, &QPushButton::clicked, this, &FolderPicker::rememberWanted);
     m_create->setAutoDefault(true);
     m_create->hide();
     connect(m_create, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { create(); }); });
@@ -95,6 +100,7 @@ void FolderPicker::noteExistence()
 {
     m_existed = folderExists();
     m_create->setVisible(!m_existed && !fixedPart(m_folder->text()).isEmpty());
+    m_remember->setEnabled(m_existed);
 }
 
 } // namespace velmora

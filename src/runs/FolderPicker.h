@@ -25,6 +25,8 @@ public:
 
 Q_SIGNALS:
     void folderChanged();
+    /// The user wants this folder to be proposed from now on.
+    void rememberWanted();
 
 private:
     void browse();
@@ -36,6 +38,7 @@ private:
     QPushButton* m_browse;
     /// Makes the folder; there only where it does not exist.
     QPushButton* m_create;
+    QPushButton* m_remember;
     bool m_existed = false;
 };
 

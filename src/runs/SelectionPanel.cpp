@@ -54,6 +54,29 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
     fill(1, companies(m_main));
 }
 
+void SelectionPanel::chooseLast()
+{
+    const QString equipment = m_main.lastEquipment;
+    reportFailures(m_main, [&] {
+        if (choose(1, m_main.lastCompany))
+            choose(2, equipment);
+    });
+}
+
+/// Chooses the entry of that code, if there is one, as a user would.
+bool SelectionPanel::choose(int list, const QString& wanted)
+{
+    if (wanted.isEmpty() || list > m_filters.size())
+        return false;
+    const int entry = m_filters[list - 1]->findText(ListEntry{wanted, {}}.text(),
+                                                    Qt::MatchStartsWith | Qt::MatchCaseSensitive);
+    if (entry < 0)
+        return false;
+    m_filters[list - 1]->setCurrentIndex(entry);
+    chosen(list);
+    return true;
+}
+
 void SelectionPanel::clearPhones()
 {
     clear(3);
@@ -88,6 +111,7 @@ void SelectionPanel::chosen(int list)
 {
     switch (list) {
     case 1:
+        m_main.lastCompany = company();
         for (int later = 2; later <= m_filters.size(); ++later)
             clear(later);
         Q_EMIT companyChosen();
@@ -95,6 +119,7 @@ void SelectionPanel::chosen(int list)
             fill(2, modelsOf(m_main, company()));
         break;
     case 2:
+        m_main.lastEquipment = equipment();
         Q_EMIT equipmentChosen();
         break;
     case 3:

@@ -24,6 +24,8 @@ public:
     QString phoneFrom() const { return code(3); }
     QString phoneTo() const { return code(4); }
 
+    /// Chooses the company and the model that were chosen last in any window, as far as they are offered.
+    void chooseLast();
     /// Empties and disables the lists of phones.
     void clearPhones();
     /// Fills the lists of phones with the company's phones of the model, and proposes all of them or none.
@@ -39,6 +41,7 @@ Q_SIGNALS:
 
 private:
     QString code(int list) const;
+    bool choose(int list, const QString& wanted);
     void chosen(int list);
     void clear(int list);
     void fill(int list, const QList<ListEntry>& entries);

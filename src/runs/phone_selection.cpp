@@ -1,6 +1,7 @@
 #include "runs/phone_selection.h"
 
 #include "common/MMain.h"
+#include "database/transaction.h"
 #include "files/stored_path.h"
 
 using namespace Qt::StringLiterals;
@@ -43,6 +44,15 @@ QList<ListEntry> phonesOf(MMain& main, const QString& company)
 {
     return entries(main, "SELECT PH_CODE, PH_DESC FROM PHONES WHERE CO_CODE = '"_L1 + company +
                              "' ORDER BY PH_CODE"_L1);
+}
+
+void remember(MMain& main, const QString& owner, const QString& subcode, const QString& value)
+{
+    Transaction transaction(main.connection);
+    main.connection.execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = ? AND SY_SUBCODE = ?"_s,
+                            {owner, subcode});
+    main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES(?, ?, ?)"_s, {owner, subcode, value});
+    transaction.commit();
 }
 
 QString rememberedFolder(MMain& main, const QString& owner, const QString& subcode)

@@ -22,6 +22,9 @@ QList<ListEntry> phonesOf(MMain& main, const QString& company, const QString& mo
 /// All phones of the company, by code.
 QList<ListEntry> phonesOf(MMain& main, const QString& company);
 
+/// Remembers a value for `owner` under `subcode`, in place of the one before.
+void remember(MMain& main, const QString& owner, const QString& subcode, const QString& value);
+
 /// The folder remembered for `owner` (a company code, or company and model code written together) under
 /// `subcode`, without a trailing separator; empty when there is none.
 QString rememberedFolder(MMain& main, const QString& owner, const QString& subcode);

@@ -165,6 +165,19 @@ void tst_FGenerate::browsesForAFolder()
     QCOMPARE(m_database->value(u"SELECT count(*) FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE = '$$GENPATH'"_s),
              u"0"_s);
 
+    // One click remembers folder and levels.
+    QTest::mouseClick(level(1), Qt::LeftButton, {}, QPoint(8, level(1)->height() / 2));
+    for (QPushButton* each : m_window->findChildren<QPushButton*>())
+        if (each->text() == "Remember"_L1)
+            QTest::mouseClick(each, Qt::LeftButton);
+    const QString remembered =
+        u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'C1GXP2000' AND SY_SUBCODE = '%1'"_s;
+    QCOMPARE(m_database->value(remembered.arg(u"$$GENPATH"_s)), m_database->folder());
+    QCOMPARE(m_database->value(remembered.arg(u"$$DEFGEN"_s)), u"101"_s);
+    // The next window proposes the same.
+    FGenerate next(m_database->main);
+    QCOMPARE(velmora::filter(next, 2)->currentText(), filter(2)->currentText());
+
     // Cancelling keeps what was chosen.
     choose(3, u"102"_s);
     m_database->user.folderAnswer.reset();

@@ -117,7 +117,7 @@ void tst_FReboot::stopsAtOnce()
     button(u"Ok"_s)->click();
     // An exchange that was cut off counts as ended without a challenge; no other phone is visited.
     QCOMPARE(lines(), QStringList({u"PAP2 127.0.0.1 - 101 - phone 101"_s, u"M15: "_s}));
-    QVERIFY(labels().contains(u"0 restarted, 0 refused, 0 unreachable"_s));
+    QVERIFY(labels().contains(u"Stopped after 1 / 3, 0 restarted, 0 refused, 0 unreachable"_s));
     QCOMPARE(silent.received().size(), 1);
 
     // The next run starts anew.

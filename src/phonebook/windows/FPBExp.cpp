@@ -29,16 +29,16 @@ FPBExp::FPBExp(MMain& main)
     complete();
 }
 
-void FPBExp::run()
+bool FPBExp::run()
 {
-    if (m_csv->isChecked()) {
-        exportToCsv(m_main, request(), report());
-        return;
-    }
-    if (const auto path = exportToWorkbook(m_main, request(), report())) {
+    if (m_csv->isChecked())
+        return exportToCsv(m_main, request(), report());
+    const auto path = exportToWorkbook(m_main, request(), report());
+    if (path) {
         showStatus(QDir::toNativeSeparators(*path));
         QDesktopServices::openUrl(QUrl::fromLocalFile(*path));
     }
+    return path.has_value();
 }
 
 } // namespace velmora

@@ -15,7 +15,7 @@ public:
     explicit FPBExp(MMain& main);
 
 private:
-    void run() override;
+    bool run() override;
 
     QRadioButton* m_csv;
     QRadioButton* m_workbook;

@@ -13,10 +13,12 @@ FPBGen::FPBGen(MMain& main)
     complete();
 }
 
-void FPBGen::run()
+bool FPBGen::run()
 {
-    if (generatePhoneBook(m_main, request(), report()))
+    const bool written = generatePhoneBook(m_main, request(), report());
+    if (written)
         showStatus(pathIn(localFolder(request().folder), addressBookName));
+    return written;
 }
 
 } // namespace velmora

@@ -12,9 +12,9 @@ FPBImp::FPBImp(MMain& main)
     complete();
 }
 
-void FPBImp::run()
+bool FPBImp::run()
 {
-    importPhoneBook(m_main, request(), report());
+    return importPhoneBook(m_main, request(), report()).has_value();
 }
 
 } // namespace velmora

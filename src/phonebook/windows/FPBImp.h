@@ -12,7 +12,7 @@ public:
     explicit FPBImp(MMain& main);
 
 private:
-    void run() override;
+    bool run() override;
 };
 
 } // namespace velmora

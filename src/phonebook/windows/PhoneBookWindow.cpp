@@ -26,6 +26,13 @@ PhoneBookWindow::PhoneBookWindow(MMain& main, const QString& name, const QString
         enableStart();
     });
     connect(m_selection, &SelectionPanel::equipmentChosen, this, &PhoneBookWindow::choose);
+    connect(m_folder, &FolderPicker::rememberWanted, this, [this] {
+        reportFailures(m_main, [this] {
+            remember(m_main, m_selection->company() + m_selection->equipment(), m_folderCode,
+                     m_folder->folder());
+            showStatus(m_main.messageLine(u"M315"_s));
+        });
+    });
 }
 
 void PhoneBookWindow::choose()
