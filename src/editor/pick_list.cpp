@@ -34,11 +34,8 @@ QString placeholderValue(const QString& statement, const QString& column, const 
 QStringList pickListStatements(MMain& main, const TableDescription& table)
 {
     QStringList statements;
-    for (const TableColumn& column : table.columns) {
-        const Recordset row = main.query("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$"_L1 +
-                                         table.name + "' AND SY_SUBCODE = 'L_"_L1 + column.name + "'"_L1);
-        statements << (row.eof() ? QString() : row.text(0));
-    }
+    for (const TableColumn& column : table.columns)
+        statements << main.setting("$$"_L1 + table.name, "L_"_L1 + column.name).value_or(QString());
     return statements;
 }
 

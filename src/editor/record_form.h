@@ -1,35 +1,14 @@
-// Entering, changing or deleting one record: the fields of the editing panel and the rules of their order.
+// Entering, changing or deleting one record: the rules of the fields' order.
 #pragma once
 
-#include "editor/table_catalogue.h"
+#include "editor/record_field.h"
+#include "editor/table_description.h"
 
 #include <functional>
-#include <optional>
 
 namespace velmora {
 
-class MMain;
-
 enum class RecordMode { Insert, Update, Delete };
-
-/// A field of the editing panel.
-struct RecordField {
-    QString column;
-    QString caption;
-    bool key = false;
-    /// The query of the drop-down's entries; empty for free text.
-    QString pickList;
-    /// Whether it is shown as a drop-down; a locked key is shown as text.
-    bool dropDown = false;
-    QStringList entries;
-    /// What is typed, or the entry that is chosen.
-    QString text;
-    /// Whether the user may change it now.
-    bool enabled = false;
-
-    /// What goes into the database: the text, or the code of the chosen entry.
-    QString value() const;
-};
 
 /// One opening of the editing panel, without its window.
 ///
@@ -63,10 +42,6 @@ public:
     /// The user goes on from a field: one that may stay empty opens the next even if it is.
     void leave(qsizetype field);
 
-    /// The statement that carries it out; an empty text when there is nothing to write. Quotes are doubled in
-    /// the free text of a new record alone.
-    QString statement() const;
-
 private:
     void open(qsizetype field);
     void refill(RecordField& field);
@@ -79,16 +54,5 @@ private:
     Fill m_fill;
     bool m_complete;
 };
-
-/// Runs the statement of the form, if there is one, so that it writes this one record or nothing. When
-/// nothing was written, the reason is shown in the message M17, M19 or M18 (inserting, updating, deleting),
-/// whose text is returned; an empty text otherwise.
-///
-/// A value with a "'" is not written where the statement does not double it: the statement would fail, or
-/// mean another value or other records.
-QString writeRecord(MMain& main, const RecordForm& form);
-
-/// What the database holds of the form's record now, in table order; nothing where it has no such record.
-std::optional<QStringList> storedRecord(MMain& main, const RecordForm& form);
 
 } // namespace velmora

@@ -1,5 +1,7 @@
 #include "editor/record_list.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -28,6 +30,14 @@ QString listStatement(const TableDescription& table, const QList<KeyFilter>& fil
     const QString order = table.keys.isEmpty() ? QString() : " ORDER BY "_L1 + table.keys.join(", "_L1);
     return "SELECT "_L1 + names.join(", "_L1) + " FROM "_L1 + table.name +
            whereClause(table.keys, filters, access) + order;
+}
+
+std::optional<KeyFilter> brokenFilter(const QList<KeyFilter>& filters)
+{
+    const auto broken = std::find_if(filters.begin(), filters.end(), [](const KeyFilter& filter) {
+        return filter.index != 0 && filter.text.contains(u'\'');
+    });
+    return broken == filters.end() ? std::nullopt : std::optional(*broken);
 }
 
 bool listsRecord(const TableDescription& table, const QStringList& record, Access access)

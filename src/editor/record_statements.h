@@ -5,14 +5,11 @@
 
 namespace velmora {
 
-/// Values in table order, without a column list. Each "'" in a free-text value is doubled.
-QString insertStatement(const QString& table, const QList<RecordField>& fields);
-
-/// Sets only the fields whose value differs from that of `before`; an empty text when none does. Quotes are
-/// not doubled.
-QString updateStatement(const QString& table, const QList<RecordField>& fields, const QStringList& before);
-
-/// Quotes are not doubled. Without key fields the statement has no condition and no engine takes it.
-QString deleteStatement(const QString& table, const QList<RecordField>& fields);
+/// The statement that carries out the form; an empty text when there is nothing to write.
+///
+/// A new record has its values in table order, without a column list, and each "'" in a free text doubled.
+/// Otherwise quotes are not doubled. A change sets only the fields that differ from before. Without key
+/// fields a change or deletion has no condition, and no engine takes it.
+QString recordStatement(const RecordForm& form);
 
 } // namespace velmora

@@ -1,9 +1,9 @@
 #include "editor/table_catalogue.h"
 
 #include "common/MMain.h"
-#include "common/texts/schema_captions.h"
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -54,51 +54,6 @@ QList<TableTab> tableTabs(MMain& main)
     for (const QString& table : tablesOfUser(main))
         tabs << TableTab{table, main.GetDescription("FPARAMETERS_"_L1 + table.toUpper())};
     return tabs;
-}
-
-TablePasswords passwordsOf(MMain& main, const QString& table)
-{
-    // The two rows differ in their code: the second password is itself a system row of the table.
-    const QString second = main.setting("$$"_L1 + table, u"$$PWD2"_s).value_or(QString());
-    return {main.setting(table, u"$$PWD"_s), second};
-}
-
-Access accessFor(const TablePasswords& passwords, const QString& entry)
-{
-    if (!passwords.first || entry == *passwords.first)
-        return Access::True;
-    return entry == passwords.second ? Access::Admin : Access::False;
-}
-
-TableDescription describeTable(MMain& main, const QString& table)
-{
-    const QList<Column> columns = main.connection.columns(table);
-    if (columns.isEmpty())
-        throw DatabaseError(table,
-                            u"The database has no table %1, which a \"$$TABS\" row names."_s.arg(table));
-
-    TableDescription description{table, {}, {}};
-    const auto keyCount = std::count_if(columns.begin(), columns.end(),
-                                        [](const Column& column) { return column.keyPosition > 0; });
-    description.keys.resize(keyCount);
-    for (const Column& column : columns) {
-        const bool key = column.keyPosition > 0;
-        if (key)
-            description.keys[column.keyPosition - 1] = column.name;
-        description.columns << TableColumn{column.name, columnCaption(main, column), key};
-    }
-    return description;
-}
-
-QStringList distinctValues(MMain& main, const QString& table, const QString& column)
-{
-    main.sqlText = "SELECT DISTINCT "_L1 + column + " FROM "_L1 + table;
-    Cursor rows = main.connection.cursor(main.sqlText);
-    QStringList values;
-    while (rows.next())
-        values << rows.text(0);
-    values.sort();
-    return values;
 }
 
 } // namespace velmora

@@ -34,11 +34,11 @@ RecordPanel::RecordPanel(QWidget* parent) : QScrollArea(parent)
     setWidget(new QWidget);
 }
 
-void RecordPanel::show(RecordForm& form)
+void RecordPanel::show(RecordForm form)
 {
     clear();
-    m_form = &form;
-    for (qsizetype field = 0; field < form.fields().size(); ++field)
+    m_form = std::move(form);
+    for (qsizetype field = 0; field < m_form->fields().size(); ++field)
         m_rows << addRow(field);
     showState();
     placeRows();
@@ -56,7 +56,7 @@ void RecordPanel::clear()
             control->deleteLater(); // it may be the one whose signal led here
         }
     m_rows.clear();
-    m_form = nullptr;
+    m_form.reset();
 }
 
 RecordPanel::Row RecordPanel::addRow(qsizetype field)
@@ -126,7 +126,7 @@ void RecordPanel::placeRows()
     for (const Row& row : m_rows)
         labelWidth = std::max(labelWidth, row.label->sizeHint().width());
     const int fieldLeft = labelWidth + labelGap;
-    const int wanted = static_cast<int>(m_rows.size()) * m_step;
+    const int wanted = count() * m_step;
     widget()->resize(viewport()->width(), std::max(wanted - (m_step - m_height), 0));
     int top = 0;
     for (const Row& row : m_rows) {

@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QScrollArea>
 
+#include <optional>
+
 namespace velmora {
 
 /// Shows a RecordForm: per field a label, `Label`, and beside it either a text box, `Text`, or a drop-down,
@@ -18,9 +20,14 @@ class RecordPanel : public QScrollArea {
 public:
     explicit RecordPanel(QWidget* parent = nullptr);
 
-    /// Shows the fields of a form, which must stay until clear().
-    void show(RecordForm& form);
+    /// Shows the fields of a form, and changes it as its user does.
+    void show(RecordForm form);
+    /// Gives up the form.
     void clear();
+    /// The form as it is now; nothing while none is shown.
+    const std::optional<RecordForm>& form() const { return m_form; }
+    /// How many fields there are.
+    int count() const { return static_cast<int>(m_rows.size()); }
     /// From the top of one field to that of the next, and the height of a field.
     void setRowHeights(int step, int height);
     /// Moves the focus to the first field that can be changed, or says that there is none.
@@ -49,7 +56,7 @@ private:
     void leave(const QObject* widget);
     void placeRows();
 
-    RecordForm* m_form = nullptr;
+    std::optional<RecordForm> m_form;
     QList<Row> m_rows;
     int m_step = 0;
     int m_height = 0;

@@ -90,10 +90,14 @@ void RecordView::load(const QString& statement)
         m_reading.start(0);
 }
 
-void RecordView::stopLoading()
+bool RecordView::stopLoading()
 {
-    m_stopped = isLoading();
+    if (!isLoading())
+        return false;
+    m_stopped = true;
     endReading();
+    Q_EMIT loaded();
+    return true;
 }
 
 void RecordView::readSome()
@@ -104,7 +108,6 @@ void RecordView::readSome()
         records = nextRecords(eventInterval, before == 0 ? firstRows : SIZE_MAX);
     } catch (...) {
         stopLoading();
-        Q_EMIT loaded();
         throw;
     }
     growColumns(records);
@@ -149,6 +152,11 @@ int RecordView::selectedRow() const
 {
     const QModelIndexList rows = selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+QStringList RecordView::selectedRecord() const
+{
+    return selectedRow() < 0 ? QStringList() : m_records->record(selectedRow());
 }
 
 void RecordView::selectRow(int row)

@@ -30,14 +30,16 @@ public:
     void clear();
     /// Reads the records anew, in the order that the statement gives.
     void load(const QString& statement);
-    /// Reads no further.
-    void stopLoading();
+    /// Reads no further. Says whether something was still being read.
+    bool stopLoading();
     bool isLoading() const { return m_cursor != nullptr; }
     bool wasStopped() const { return m_stopped; }
 
     RecordModel& records() { return *m_records; }
     /// The selected row; -1 when there is none.
     int selectedRow() const;
+    /// The values of the selected row.
+    QStringList selectedRecord() const;
     void selectRow(int row);
     /// Selects the record with the key of `values`, as soon as it has been read.
     void selectRecord(const QStringList& values);

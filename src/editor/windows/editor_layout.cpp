@@ -26,6 +26,12 @@ QSize leastEditorSize(int dotsPerInch)
     return {fromTwips(12000, dotsPerInch), fromTwips(3500, dotsPerInch)};
 }
 
+QSize usualEditorSize(int dotsPerInch)
+{
+    return leastEditorSize(dotsPerInch)
+        .expandedTo({fromTwips(13500, dotsPerInch), fromTwips(8500, dotsPerInch)});
+}
+
 EditorLayout layOutEditor(const EditorMeasures& m)
 {
     const auto twips = [&m](int length) { return fromTwips(length, m.dotsPerInch); };

@@ -45,6 +45,9 @@ int fromTwips(int twips, int dotsPerInch);
 /// The smallest inside of the window.
 QSize leastEditorSize(int dotsPerInch);
 
+/// The inside that the window has as long as nobody changes it.
+QSize usualEditorSize(int dotsPerInch);
+
 EditorLayout layOutEditor(const EditorMeasures& measures);
 
 } // namespace velmora

@@ -1,0 +1,12 @@
+#include "editor/record_field.h"
+
+#include "common/list_entry.h"
+
+namespace velmora {
+
+QString RecordField::value() const
+{
+    return dropDown ? codeOf(text) : text;
+}
+
+} // namespace velmora

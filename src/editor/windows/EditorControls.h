@@ -1,0 +1,39 @@
+// The controls of the table editor, and where they stand.
+#pragma once
+
+#include "editor/windows/ErrorLine.h"
+#include "editor/windows/RecordActions.h"
+#include "editor/windows/RecordPanel.h"
+#include "editor/windows/TabStrip.h"
+#include "editor/windows/TablePane.h"
+
+#include <QPushButton>
+
+namespace velmora {
+
+/// Makes the controls in the window that they belong to; nothing happens yet when they are used.
+class EditorControls {
+    QWidget& m_window;
+    QWidget* m_topRow;
+    int m_rowHeight;
+
+public:
+    EditorControls(MMain& main, QWidget& window);
+
+    TabStrip* const strip;
+    TablePane* const pane;
+    RecordView* const list;
+    RecordActions* const actions;
+    RecordPanel* const panel;
+    QPushButton* const ok;
+    QPushButton* const cancel;
+    ErrorLine* const error;
+
+    /// Puts everything in its place.
+    void arrange() const;
+
+private:
+    void SortTabFields() const;
+};
+
+} // namespace velmora

@@ -1,0 +1,30 @@
+// How many records the list shows.
+#pragma once
+
+#include <QLabel>
+
+namespace velmora {
+
+class MMain;
+class TablePane;
+
+/// Says in the user's language how many records of the open table there are, have been read so far, or had
+/// been when the reading was stopped. Empty while no table is open.
+class RecordCount : public QLabel {
+    Q_OBJECT
+
+public:
+    RecordCount(MMain& main, const TablePane& pane, QWidget* parent = nullptr);
+
+private:
+    void count();
+
+    MMain& m_main;
+    const TablePane& m_pane;
+    /// Looked up beforehand: they are needed where no statement may fail. "$$" stands for the number.
+    QString m_readText;
+    QString m_loadingText;
+    QString m_stoppedText;
+};
+
+} // namespace velmora

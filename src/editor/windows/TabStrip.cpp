@@ -1,0 +1,25 @@
+#include "editor/windows/TabStrip.h"
+
+#include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace velmora {
+
+TabStrip::TabStrip(MMain& main, QWidget* parent) : QTabBar(parent), m_tabs(tableTabs(main))
+{
+    setObjectName(u"TabStrip"_s);
+    setExpanding(false);
+    setDocumentMode(true);
+    setElideMode(Qt::ElideNone);
+    for (const TableTab& tab : m_tabs)
+        setTabToolTip(addTab(tab.caption), tab.table);
+}
+
+/// Turning the wheel over the tabs must not choose another table by accident.
+void TabStrip::wheelEvent(QWheelEvent* event)
+{
+    event->accept();
+}
+
+} // namespace velmora
