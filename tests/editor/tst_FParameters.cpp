@@ -215,9 +215,9 @@ void tst_FParameters::doesWhatTheKeysSay_data()
     const QString noPhones = u"DELETE FROM PHONES;DELETE FROM RANGES;"_s;
     const QString setting = u"INSERT INTO SYSTEM_PARAMETERS VALUES(%1)"_s;
     row("edits", "", "@PHONES Down Down Return",
-        "(C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2) [.C2|.201|*oPAP2|oDesk|o2] ok", "");
+        "(C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2) [.C2|.201|oPAP2|*oDesk|o2] ok", "");
     row("changes in its place", "UPDATE PHONES SET PH_MAC = 'new' WHERE CO_CODE = 'C2'",
-        "@PHONES Down Down Return 3:GXP2000 Tab End \"2\" ! Return",
+        "@PHONES Down Down Return 3:GXP2000 End \"2\" ! Return",
         "C1,101,GXP2000,Hall,1|>C2,201,GXP2000,Desk2,new", "");
     row("keeps what was refused", "", "Ins \"C1\" Tab \"Again\" Return", both + " [oC1|*oAgain] ok !"_L1,
         "The record could not be added: ");

@@ -8,6 +8,7 @@
 #include "windows/failure_report.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QShortcut>
 
@@ -61,6 +62,7 @@ void FParameters::connectTable()
         enableControls();
     });
     connect(m_ui.list, &RecordView::loaded, this, &FParameters::enableControls);
+    connect(&m_ui.pane->filters(), &FilterPanel::chosen, m_ui.error, &QWidget::hide);
     connect(m_ui.list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &FParameters::enableControls);
     connect(&m_main.batch, &Batch::runningChanged, this, [this] {
@@ -121,10 +123,12 @@ void FParameters::chooseTab()
 
 void FParameters::refresh()
 {
-    if (m_ui.pane->isOpen())
+    if (m_ui.pane->isOpen()) {
+        m_ui.error->hide();
         m_ui.pane->refresh();
-    else
+    } else {
         chooseTab();
+    }
 }
 
 void FParameters::goToTab(int tab)
@@ -146,7 +150,7 @@ void FParameters::edit(RecordMode mode)
     m_ui.ok->show();
     m_ui.cancel->show();
     arrange();
-    if (mode == RecordMode::Delete || !m_ui.panel->focusFirstField())
+    if (mode == RecordMode::Delete || !m_ui.panel->focusField(m_editedRow.column()))
         m_ui.ok->setFocus();
     if (row >= 0)
         m_ui.list->scrollTo(m_ui.list->currentIndex());
@@ -160,7 +164,10 @@ void FParameters::write()
     const RecordForm form = *m_ui.panel->form();
     // An engine may refuse to write while a reading that began before another user's writing goes on.
     const bool wasLoading = m_ui.list->stopLoading();
+    // Another program may keep the database from being written for a while.
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const QString failure = writeRecord(m_main, form);
+    QGuiApplication::restoreOverrideCursor();
     if (failure.isEmpty()) {
         finishWriting(form, wasLoading);
         return;
@@ -198,6 +205,13 @@ void FParameters::closePanel()
     m_ui.list->setFocus();
 }
 
+/// Escape is pressed by mistake more easily than Cancel.
+void FParameters::giveUp()
+{
+    if (mayDiscard())
+        closePanel();
+}
+
 /// Whether nothing would be lost, or the user does not mind.
 bool FParameters::mayDiscard()
 {
@@ -219,7 +233,7 @@ void FParameters::keyPressEvent(QKeyEvent* event)
     else if (event->key() == Qt::Key_Escape && m_ui.list->isLoading())
         m_ui.list->stopLoading();
     else if (event->key() == Qt::Key_Escape && editing())
-        closePanel();
+        giveUp();
     else if (event->key() == Qt::Key_F5 && !editing())
         reportFailures(m_main, [this] { refresh(); });
     else

@@ -41,6 +41,7 @@ private:
     void closePanel();
     bool editing() const { return m_ui.panel->form().has_value(); }
     void enterPressed(bool atOnce);
+    void giveUp();
     bool mayDiscard();
 
     void arrange();

@@ -13,6 +13,7 @@ RecordCount::RecordCount(MMain& main, const TablePane& pane, QWidget* parent)
     : QLabel(parent),
       m_main(main),
       m_pane(pane),
+      m_oneText(main.messageLine(u"M316"_s)),
       m_readText(main.messageLine(u"M209"_s, u"$$"_s)),
       m_loadingText(main.messageLine(u"M210"_s, u"$$"_s)),
       m_stoppedText(main.messageLine(u"M211"_s, u"$$"_s))
@@ -30,7 +31,11 @@ void RecordCount::count()
     }
     RecordView& list = m_pane.list();
     const QString number = QLocale(m_main.language.toLower()).toString(list.records().rowCount());
-    const QString& text = list.isLoading() ? m_loadingText : list.wasStopped() ? m_stoppedText : m_readText;
+    const bool isOne = list.records().rowCount() == 1 && !list.isLoading() && !list.wasStopped();
+    const QString& text = isOne               ? m_oneText
+                          : list.isLoading()  ? m_loadingText
+                          : list.wasStopped() ? m_stoppedText
+                                              : m_readText;
     setText(QString(text).replace("$$"_L1, number));
 }
 

@@ -22,6 +22,7 @@ private:
     MMain& m_main;
     const TablePane& m_pane;
     /// Looked up beforehand: they are needed where no statement may fail. "$$" stands for the number.
+    QString m_oneText;
     QString m_readText;
     QString m_loadingText;
     QString m_stoppedText;

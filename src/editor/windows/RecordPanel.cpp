@@ -1,6 +1,7 @@
 #include "editor/windows/RecordPanel.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -32,6 +33,7 @@ RecordPanel::RecordPanel(QWidget* parent) : QScrollArea(parent)
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidget(new QWidget);
+    widget()->installEventFilter(this); // it gets the clicks on fields that are not open yet
 }
 
 void RecordPanel::show(RecordForm form)
@@ -137,17 +139,55 @@ void RecordPanel::placeRows()
     }
 }
 
+/// What of a row the user can change now; null where it is nothing.
+QWidget* RecordPanel::changeable(const Row& row)
+{
+    for (QWidget* control : {static_cast<QWidget*>(row.text), static_cast<QWidget*>(row.combo)})
+        if (!control->isHidden() && control->isEnabled() && !(control == row.text && row.text->isReadOnly()))
+            return control;
+    return nullptr;
+}
+
+bool RecordPanel::focus(QWidget* control)
+{
+    if (!control)
+        return false;
+    control->setFocus(Qt::TabFocusReason);
+    ensureWidgetVisible(control);
+    return true;
+}
+
 bool RecordPanel::focusFieldFrom(qsizetype first)
 {
     for (const Row& row : m_rows.sliced(first))
-        for (QWidget* control : {static_cast<QWidget*>(row.text), static_cast<QWidget*>(row.combo)})
-            if (!control->isHidden() && control->isEnabled() &&
-                !(control == row.text && row.text->isReadOnly())) {
-                control->setFocus(Qt::TabFocusReason);
-                ensureWidgetVisible(control);
-                return true;
-            }
+        if (focus(changeable(row)))
+            return true;
     return false;
+}
+
+bool RecordPanel::focusField(int wanted)
+{
+    if (m_form->mode() == RecordMode::Insert)
+        return focusFieldFrom(0);
+    if (wanted >= 0 && wanted < count() && focus(changeable(m_rows[wanted])))
+        return true;
+    // A letter typed into a drop-down would choose another entry.
+    for (const Row& row : m_rows)
+        if (changeable(row) == row.text && focus(row.text))
+            return true;
+    return focusFieldFrom(0);
+}
+
+/// A click opens a field that Tab would open now.
+void RecordPanel::openClicked(const QPoint& position)
+{
+    for (qsizetype field = 1; field < m_rows.size(); ++field) {
+        if (changeable(m_rows[field]) || !m_rows[field].text->geometry().contains(position))
+            continue;
+        m_form->leave(field - 1);
+        showState();
+        focus(changeable(m_rows[field]));
+    }
 }
 
 bool RecordPanel::focusNextField()
@@ -170,6 +210,11 @@ void RecordPanel::leave(const QObject* widget)
 
 bool RecordPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == widget()) {
+        if (event->type() == QEvent::MouseButtonPress && m_form)
+            openClicked(static_cast<QMouseEvent*>(event)->position().toPoint());
+        return QScrollArea::eventFilter(watched, event);
+    }
     // Before the focus moves, so that it finds the next field open.
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab)
         leave(watched);

@@ -30,8 +30,9 @@ public:
     int count() const { return static_cast<int>(m_rows.size()); }
     /// From the top of one field to that of the next, and the height of a field.
     void setRowHeights(int step, int height);
-    /// Moves the focus to the first field that can be changed, or says that there is none.
-    bool focusFirstField() { return focusFieldFrom(0); }
+    /// Moves the focus to that field if it can be changed, else to the first text that can, else to the first
+    /// field that can, or says that there is none. A new record begins with its first field.
+    bool focusField(int wanted);
     /// Moves on from the field that has the focus to the next one, or says that there is none.
     bool focusNextField();
 
@@ -53,6 +54,9 @@ private:
     Row addRow(qsizetype field);
     void showState();
     bool focusFieldFrom(qsizetype first);
+    static QWidget* changeable(const Row& row);
+    bool focus(QWidget* control);
+    void openClicked(const QPoint& position);
     void leave(const QObject* widget);
     void placeRows();
 

@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <limits>
@@ -40,6 +41,11 @@ RecordView::RecordView(MMain& main, QWidget* parent)
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(true);
     connect(header(), &QHeaderView::sectionClicked, this, &RecordView::sortBy);
+    connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        // The last column follows the window.
+        if (!m_settingWidth && column < m_records->columnCount() - 1)
+            m_userWidths[m_table].insert(column, width);
+    });
     connect(&m_reading, &QTimer::timeout, this, [this] { reportFailures(m_main, [this] { readSome(); }); });
     for (ushort character = 0; character < 256; ++character)
         m_advances.push_back(QFontMetricsF(font()).horizontalAdvance(QChar(character)));
@@ -53,6 +59,7 @@ void RecordView::setTable(const TableDescription& table)
     m_stopped = false;
     m_lastSortColumn.reset();
     m_wanted.reset();
+    m_table = table.name;
     header()->setSortIndicatorShown(false);
     QStringList captions;
     QList<bool> keys;
@@ -60,7 +67,9 @@ void RecordView::setTable(const TableDescription& table)
         captions << column.caption;
         keys << column.key;
     }
+    m_settingWidth = true;
     m_records->reset(captions, keys);
+    m_settingWidth = false;
 }
 
 void RecordView::clear()
@@ -68,6 +77,7 @@ void RecordView::clear()
     stopLoading();
     m_stopped = false;
     m_wanted.reset();
+    m_wantedRow.reset();
     m_sorted = false;
     header()->setSortIndicatorShown(false);
     m_records->removeRows(0, m_records->rowCount());
@@ -75,7 +85,7 @@ void RecordView::clear()
     for (int column = 0; column < m_records->columnCount(); ++column) {
         const QString caption = m_records->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         m_widths.push_back(fontMetrics().horizontalAdvance(caption) + fromTwips(columnMargin, logicalDpiX()));
-        header()->resizeSection(column, m_widths.back());
+        setWidth(column, m_widths.back());
     }
     Q_EMIT loaded();
 }
@@ -119,7 +129,51 @@ void RecordView::readSome()
             m_records->sort(*m_lastSortColumn, m_sortOrder);
     }
     selectWanted(m_sorted ? 0 : before);
+    if (atEnd)
+        showPlace();
     Q_EMIT loaded();
+}
+
+RecordView::Place RecordView::place() const
+{
+    return {selectedRecord(), verticalScrollBar()->value(), m_sorted ? m_lastSortColumn : std::nullopt,
+            m_sortOrder};
+}
+
+void RecordView::goTo(const Place& place)
+{
+    if (place.sortedBy && *place.sortedBy < m_records->columnCount()) {
+        m_lastSortColumn = place.sortedBy;
+        m_sortOrder = place.order;
+        m_sorted = true;
+        header()->setSortIndicator(*place.sortedBy, place.order);
+        header()->setSortIndicatorShown(true);
+        if (!isLoading())
+            m_records->sort(*place.sortedBy, place.order);
+    }
+    m_wantedRow = place.firstRow;
+    if (!place.selected.isEmpty())
+        selectRecord(place.selected);
+    if (!isLoading())
+        showPlace();
+}
+
+void RecordView::showPlace()
+{
+    if (!m_wantedRow)
+        return;
+    verticalScrollBar()->setValue(*m_wantedRow);
+    m_wantedRow.reset();
+    if (currentIndex().isValid())
+        scrollTo(currentIndex());
+}
+
+/// Gives a column a width, unless the user has given it one.
+void RecordView::setWidth(int column, int width)
+{
+    m_settingWidth = true;
+    header()->resizeSection(column, m_userWidths.value(m_table).value(column, width));
+    m_settingWidth = false;
 }
 
 /// The next records of the result; at its end the cursor is gone.
@@ -218,7 +272,7 @@ void RecordView::growColumns(const std::vector<QStringList>& records)
         }
     for (size_t column = 0; column < widths.size(); ++column)
         if (widths[column] > m_widths[column])
-            header()->resizeSection(static_cast<int>(column), widths[column]);
+            setWidth(static_cast<int>(column), widths[column]);
     m_widths = std::move(widths);
 }
 

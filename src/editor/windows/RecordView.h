@@ -45,6 +45,16 @@ public:
     void selectRecord(const QStringList& values);
     /// Gives up selecting a record that has not been read yet.
     void selectNothingLater() { m_wanted.reset(); }
+    /// What a user finds again when the same table is read anew.
+    struct Place {
+        QStringList selected;
+        int firstRow = 0;
+        std::optional<int> sortedBy;
+        Qt::SortOrder order = Qt::AscendingOrder;
+    };
+    Place place() const;
+    /// Sorts, scrolls and selects as in that place, as soon as the rows have been read.
+    void goTo(const Place& place);
     /// Replaces the values of a record in its place.
     void updateRecord(int row, const QStringList& values);
     /// Sorts by a column: ascending, or the other way round when it was the last one sorted by.
@@ -61,6 +71,8 @@ private:
     void readSome();
     std::vector<QStringList> nextRecords(qint64 milliseconds, size_t atMost);
     void endReading();
+    void showPlace();
+    void setWidth(int column, int width);
     void selectWanted(int firstRow);
     void growColumns(const std::vector<QStringList>& records);
     double widthBound(const QString& text) const;
@@ -71,10 +83,16 @@ private:
     QTimer m_reading;
     bool m_stopped = false;
     std::optional<QStringList> m_wanted;
+    /// The first row to be shown once all are read.
+    std::optional<int> m_wantedRow;
     std::optional<int> m_lastSortColumn;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     bool m_sorted = false;
     std::vector<int> m_widths;
+    /// The widths that the user has given to columns, by table and column.
+    QHash<QString, QHash<int, int>> m_userWidths;
+    QString m_table;
+    bool m_settingWidth = false;
     /// The width of each character of Latin-1, for a bound that costs next to nothing.
     std::vector<double> m_advances;
 };

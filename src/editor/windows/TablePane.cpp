@@ -23,8 +23,13 @@ TablePane::TablePane(MMain& main, QWidget* parent)
       m_filters(new FilterPanel(main.textOr(u"ALL"_s, u"All"_s), this))
 {
     m_list->setObjectName(u"ListCom"_s);
-    connect(m_filters, &FilterPanel::chosen, this,
-            [this] { reportFailures(m_main, [this] { RempList(); }); });
+    connect(m_filters, &FilterPanel::chosen, this, [this] {
+        reportFailures(m_main, [this] {
+            const RecordView::Place place = m_list->place();
+            RempList();
+            m_list->goTo(place);
+        });
+    });
 }
 
 void TablePane::setTable(const QString& table)
@@ -57,6 +62,13 @@ void TablePane::FormList(const QList<KeyFilter>& chosen)
     RempList();
 }
 
+void TablePane::refresh()
+{
+    const RecordView::Place place = m_list->place();
+    FormList(m_filters->filters());
+    m_list->goTo(place);
+}
+
 void TablePane::clearFilters()
 {
     // The focus would go with them.
@@ -87,8 +99,9 @@ void TablePane::showWritten(const RecordForm& written, int row, bool reload)
     if (written.mode() == RecordMode::Insert)
         m_filters->offer(values);
     if (written.mode() == RecordMode::Insert || reload) {
+        const RecordView::Place place = m_list->place();
         RempList();
-        m_list->selectRecord(values);
+        m_list->goTo({values, place.firstRow, place.sortedBy, place.order});
     } else if (written.mode() == RecordMode::Delete) {
         m_list->records().removeRows(row, 1);
     } else if (written.changed()) {

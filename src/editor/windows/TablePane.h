@@ -25,8 +25,8 @@ public:
     void FormList(const QList<KeyFilter>& chosen = {});
     /// Lists the records that the filters ask for.
     void RempList();
-    /// Reads the table anew; the filters stay.
-    void refresh() { FormList(m_filters->filters()); }
+    /// Reads the table anew; filters, sorting, the selected record and the place in the list stay.
+    void refresh();
     /// Lets the list show a record that has been written, which has the row unless it is new. `reload` has
     /// the whole list read anew.
     void showWritten(const RecordForm& written, int row, bool reload);
