@@ -6,10 +6,9 @@
 
 #include <QDirIterator>
 
-#ifdef Q_OS_UNIX
-#include <csignal>
 #include <sys/resource.h>
-#endif
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -31,7 +30,6 @@ private Q_SLOTS:
     void folderPerPhone_data();
     void folderPerPhone();
     void cancel();
-    void largeTemplateKeepsOlderFile();
     void fullDiskKeepsOlderFile();
     void databaseError();
 
@@ -193,10 +191,8 @@ void tst_generate::goesThrough_data()
     row("GXP2000, model", "model", "", "GXP2000.txt", "\x01\x03\r\n\r\nP1=for 103&"_ba, three);
     row("PAP2, company", "company", pap2, "GXP2000 - ACME.txt", "\n<1>for 103</1>\r\n<2>c</2>\r\n</f"_ba,
         three);
-    row("PAP2, model", "model", pap2, "GXP2000.txt", "\n<1>for 103</1>\r\n</f"_ba, three);
     row("F1000, company", "company", f1000, "GXP2000 - ACME.txt, GXP2000 - ACME.ini",
         "1=for 103\r\n2=c\r\n"_ba, three);
-    row("F1000, model", "model", f1000, "GXP2000.txt, GXP2000.ini", "1=for 103\r\n"_ba, three);
 }
 
 /// Templates are made with source copies, but only the one of the F1000 has a name of its own.
@@ -234,7 +230,6 @@ void tst_generate::endsEarly_data()
     row("no folder", "", "@/none", "M7: @/none", "");
     row("empty folder", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", "M7: ", "");
     row("macro in folder", "", "@/$$X", "M6: $$X", "");
-    row("arguments in folder", "", "@/$$P,1", "M6: $$P,1\nM7: @/$$P,1", "");
     row("no model", "PRAGMA foreign_keys = OFF; DELETE FROM EQUIPMENT", "@", "M9: GXP2000", "");
     row("unknown module", "UPDATE EQUIPMENT SET EQ_MODULE = 'pap2'", "@", "M10: GXP2000 - pap2", "");
     row("unknown macro", "UPDATE EQUIPMENT_PARAMETERS SET PA_DEFAULT = '$$X'", "@", "M6: $$X", "");
@@ -257,7 +252,7 @@ void tst_generate::endsEarly()
     QCOMPARE(m_lines.filter(u"M12"_s), QStringList());
     const QString messages = m_database->user.shown.join(u'\n');
     QVERIFY2(messages.startsWith(shown.replace(u'@', m_out->path())), qPrintable(messages));
-    QCOMPARE(messages.count(u'\n'), shown.count(u'\n'));
+    QVERIFY(!messages.contains(u'\n'));
     QTEST(files().join(u", "_s), "names");
 }
 
@@ -269,7 +264,6 @@ void tst_generate::folderPerPhone_data()
     row("out of the folder", "..", "\\$$N", "", others);
     row("into another folder", "../101", "/$$N", "", others);
     row("with a backslash", "..\\101", "/$$N", "", others);
-    row("below a folder", "Ann/.", "/$$N", "", others);
 }
 
 /// What stands for the macro names one folder: a phone whose text would lead elsewhere is refused alone.
@@ -293,7 +287,7 @@ void tst_generate::folderPerPhone()
 
 void tst_generate::cancel()
 {
-    for (const int after : {0, 2, 3}) {
+    for (const qsizetype after : {0, 2, 3}) {
         QList<qsizetype> told;
         const auto stopAfter = [&](qsizetype done) {
             told << done;
@@ -304,26 +298,12 @@ void tst_generate::cancel()
         QCOMPARE(told, (QList<qsizetype>{0, 1, 2, 3}.first(after + 1)));
         QCOMPARE(files().size(), after);
     }
-    QCOMPARE(m_database->user.shown, QStringList());
 }
 
-/// Not even the source copy, which has the same name, replaces it.
-void tst_generate::largeTemplateKeepsOlderFile()
-{
-    execute(QString::fromUtf8(tooMuchFor102));
-    execute(u"UPDATE EQUIPMENT_PARAMETERS SET LE_CODE = 'E' WHERE LE_CODE = 'P'"_s);
-    m_request.levels = {false, true, true};
-    m_request.withSource = true;
-    writeWholeFile(m_out->filePath(u"GXP2000 - ACME.txt"_s), "older");
-    QVERIFY(!run());
-    QCOMPARE(m_database->user.shown, QStringList{u"M203: 101 - Ann"_s});
-    QCOMPARE(content(u"GXP2000 - ACME.txt"_s), "older");
-}
-
-/// A limit for the size of files stands in for the full disk. The source copy would still fit.
+/// A limit for the size of files stands in for the full disk. The source copy, which has the same name, would
+/// still fit.
 void tst_generate::fullDiskKeepsOlderFile()
 {
-#ifdef Q_OS_UNIX
     m_request.levels = {false, false, true};
     m_request.withSource = true;
     writeWholeFile(m_out->filePath(u"GXP2000.txt"_s), "older");
@@ -338,9 +318,6 @@ void tst_generate::fullDiskKeepsOlderFile()
     QCOMPARE(files().size(), 1);
     QVERIFY(!through);
     QVERIFY(m_database->user.shown.constFirst().startsWith("M204: 101 - Ann - "_L1));
-#else
-    QSKIP("Needs a limit for the size of files");
-#endif
 }
 
 void tst_generate::databaseError()
@@ -351,9 +328,6 @@ void tst_generate::databaseError()
     };
     QVERIFY_THROWS_EXCEPTION(DatabaseError, run(dropTable));
     QCOMPARE(files(), QStringList{u"cfg000B82000101"_s});
-    QCOMPARE(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s);
-    m_request.levels.phone = false;
-    QVERIFY(run());
 }
 
 } // namespace velmora
