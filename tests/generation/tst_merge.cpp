@@ -20,7 +20,6 @@ private Q_SLOTS:
     void macros_data();
     void macros();
     void refusedMacros();
-    void collisions();
     void grownTooLong();
     void nextPhone_data();
     void nextPhone();
@@ -103,7 +102,8 @@ QString tst_merge::staged()
         .join(u", "_s);
 }
 
-/// Values and defaults of other companies, phones, models and levels don't step in.
+/// Values and defaults of other companies, phones, models and levels don't step in; of levels, the first one
+/// that sets a parameter wins.
 void tst_merge::partition()
 {
     set(u"E"_s, u"10"_s, u"e"_s, u"ten"_s);
@@ -117,7 +117,11 @@ void tst_merge::partition()
     addRow(u"COMPANY_PARAMETERS"_s, u"'ZETA', 'GXP2000', 'no C', 'of another company'"_s);
     addRow(u"PHONES_PARAMETERS"_s, u"'ZETA', 'GXP2000', '1234', 'no P', 'of another company'"_s);
     addRow(u"PHONES_PARAMETERS"_s, u"'ACME', 'GXP2000', '2000', 'no P', 'of another phone'"_s);
-    QCOMPARE(stage(u"ECP"_s), QString());
+    addRow(u"COMPANY_PARAMETERS"_s, u"'ACME', 'GXP2000', '10', '$$P'"_s);
+    addRow(u"COMPANY_PARAMETERS"_s, u"'ACME', 'GXP2000', '1', 'refused'"_s);
+    addRow(u"PHONES_PARAMETERS"_s, u"'ACME', 'GXP2000', '1234', '1', 'refused'"_s);
+    addRow(u"PHONES_PARAMETERS"_s, u"'ACME', 'GXP2000', '1234', '2', 'refused'"_s);
+    QCOMPARE(stage(u"ECP"_s), u"M200: 1\nM200: 10\nM200: 1\nM200: 2"_s);
     QCOMPARE(merged(), u"1|one|e\n10|ten|e\n2|two|c\n4|four|p"_s);
     QCOMPARE(staged(), u"1=e E, 10=e E, 2=c C, 4=p P"_s);
 }
@@ -181,20 +185,6 @@ void tst_merge::refusedMacros()
     QCOMPARE(staged(), u"3=$$X C, 4=$$P and more C, 5=1234 C"_s);
     QVERIFY(!m_merged);
     QCOMPARE(m_database->user.shown.join(u'\n'), u"M6: $$N,1\nM6: $$X\nM6: $$P and more"_s);
-}
-
-void tst_merge::collisions()
-{
-    for (const QString& code : {u"1"_s, u"2"_s, u"3"_s})
-        set(u"E"_s, code, u"e"_s);
-    set(u"C"_s, u"4"_s, u"c"_s);
-    set(u"C"_s, u"5"_s, u"c"_s);
-    addRow(u"COMPANY_PARAMETERS"_s, u"'ACME', 'GXP2000', '1', 'refused'"_s);
-    addRow(u"COMPANY_PARAMETERS"_s, u"'ACME', 'GXP2000', '3', '$$P'"_s);
-    addRow(u"PHONES_PARAMETERS"_s, u"'ACME', 'GXP2000', '1234', '2', 'refused'"_s);
-    addRow(u"PHONES_PARAMETERS"_s, u"'ACME', 'GXP2000', '1234', '4', 'refused'"_s);
-    QCOMPARE(stage(u"ECP"_s), u"M200: 1\nM200: 3\nM200: 2\nM200: 4"_s);
-    QCOMPARE(merged(), u"1|d|e\n2|d|e\n3|d|e\n4|d|c\n5|d|c"_s);
 }
 
 /// 205 characters and a name of 50 just fit.
