@@ -130,6 +130,14 @@ void tst_FGenerate::browsesForAFolder()
     choose(3, u"102"_s);
     button(*m_window, u"BtPath"_s)->click();
     QCOMPARE(filter(3)->currentText(), u"102 \\\\ phone 102"_s);
+    const auto canStart = [this](const QString& folder) {
+        m_database->user.folderAnswer = m_database->folder() + folder;
+        button(*m_window, u"BtPath"_s)->click();
+        return button(*m_window, u"Generate"_s)->isEnabled();
+    };
+    QVERIFY(!canStart(u"/missing/$$P"_s));
+    QVERIFY(!filter(3)->isEnabled());
+    QVERIFY(canStart(u"/phone $$P"_s));
     m_database->user.folderAnswer = u"/"_s;
     QTest::keyClick(button(*m_window, u"BtPath"_s), Qt::Key_Return);
     QCOMPARE(path(), u"/"_s);
@@ -164,11 +172,9 @@ void tst_FGenerate::generatesByKeyboard()
 
 void tst_FGenerate::translatesItsCaptions()
 {
-    for (const auto& [code, text] : {std::pair(u"FGENERATE"_s, u"Titre"_s),
-                                     {u"FGENERATE_CLEV_1"_s, u"Société"_s},
-                                     {u"FGENERATE_FLAB_2"_s, u"Modèle"_s}})
-        m_database->main.connection.execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_FR', ?, ?)"_s,
-                                            {code, text});
+    for (const QString& row :
+         {u"'FGENERATE', 'Titre'"_s, u"'FGENERATE_CLEV_1', 'Société'"_s, u"'FGENERATE_FLAB_2', 'Modèle'"_s})
+        m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_FR', %1)"_s.arg(row));
     m_database->main.language = u"FR"_s;
     open();
     QCOMPARE(m_window->windowTitle(), u"Titre"_s);

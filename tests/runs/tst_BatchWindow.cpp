@@ -27,8 +27,6 @@ private Q_SLOTS:
     void endsInEveryWay();
     void survivesALostDatabase_data() { endsInEveryWay_data(); }
     void survivesALostDatabase();
-    void needsAFolder_data();
-    void needsAFolder();
 
 private:
     std::unique_ptr<BatchWindow> make(const QString& name);
@@ -158,31 +156,6 @@ void tst_BatchWindow::survivesALostDatabase()
     QCOMPARE(m_database->user.shown.value(0), u"Database error: No database is open."_s);
     QVERIFY(!m_database->main.batch.running());
     QVERIFY(start(*window)->isEnabled());
-}
-
-void tst_BatchWindow::needsAFolder_data()
-{
-    columns<QString, QString, bool, QString>("name", "folder", "starts", "shown");
-    row("exists", "FGenerate", "%1\\", true, "");
-    row("missing", "FGenerate", "%1/missing", false, "");
-    row("differs inside a name", "FGenerate", "%1/phone $$P", true, "M7: %1/phone 101");
-    row("differs below a missing one", "FGenerate", "%1/missing/$$P", false, "");
-    row("a phone book's is gone", "FPBGen", "/gone", true, "M7: /gone");
-}
-
-void tst_BatchWindow::needsAFolder()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, folder);
-    QFETCH(QString, shown);
-    const auto located = [this](QString text) { return text.replace("%1"_L1, m_database->folder()); };
-    m_database->main.connection.execute(
-        u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = ? WHERE SY_SUBCODE IN ('$$GENPATH', '$$PBGEN')"_s,
-        {located(folder)});
-    const std::unique_ptr<BatchWindow> window = open(name);
-    QTEST(start(*window)->isEnabled(), "starts");
-    QTest::mouseClick(start(*window), Qt::LeftButton);
-    QCOMPARE(m_database->user.shown.join(u'|'), located(shown));
 }
 
 QTEST_MAIN(tst_BatchWindow)
