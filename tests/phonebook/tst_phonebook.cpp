@@ -72,6 +72,13 @@ private:
     {
         writeWholeFile(m_database->folder() + "/confUsers.ini"_L1, content);
     }
+    /// Imports a file of these users.
+    std::optional<ImportCounts> import(const QByteArray& users)
+    {
+        m_lines.clear();
+        writeUsers("[Users]\r\n" + users + "end\r\n");
+        return importPhoneBook(m_database->main, request(), report());
+    }
     QByteArray written(const QString& name) const
     {
         return readWholeFile(m_database->folder() + u'/' + name);
@@ -225,11 +232,6 @@ void tst_phonebook::followsSuccessiveImports()
     addEntry(u"'C1', '301', 'By hand', 'M', '', '', '', ''"_s);
     addEntry(u"'C1', '302', 'Hidden', 'H', '', '', '', ''"_s);
     addEntry(u"'C1', '303', 'Left over', 'W', '', '', '', ''"_s);
-    const auto import = [this](const QByteArray& users) {
-        m_lines.clear();
-        writeUsers("[Users]\r\n" + users + "end\r\n");
-        return importPhoneBook(m_database->main, request(), report()).has_value();
-    };
     QVERIFY(import(user("A", "1", "201") + user("B", "2", "202") + user("C", "3", "203") +
                    user("X", "x", "301") + user("Y", "y", "302") + user("A", "again", "201")));
     QCOMPARE(
@@ -249,13 +251,7 @@ void tst_phonebook::followsSuccessiveImports()
     QCOMPARE(book(), QStringList({u"201 V A new "_s, u"202 H B 2 "_s, u"203 H C 3 "_s, u"204 V D 4 "_s,
                                   u"301 M By hand"_s, u"302 H Hidden"_s, u"303 H Left over"_s}));
 
-    // What has become hidden stays so.
-    QVERIFY(import(user("B", "back", "202") + user("D", "4", "204") + user("D", "twice", "204")));
-    QCOMPARE(m_lines, QStringList({u"202 - B back  - Ignored, Hidden or Manual"_s, u"204 - D 4  - Updated"_s,
-                                   u"204 - D twice  - Ignored, Hidden or Manual"_s,
-                                   u"0 added, 1 updated, 2 ignored, 0 refused, 1 hidden"_s}));
-    QCOMPARE(book().first(3), QStringList({u"201 H A new "_s, u"202 H B 2 "_s, u"203 H C 3 "_s}));
-    QCOMPARE(m_database->user.shown.count(u"M17: Import finished"_s), 3);
+    QCOMPARE(m_database->user.shown, QStringList(2, u"M17: Import finished"_s));
 }
 
 void tst_phonebook::looksAtAllCompanies()
@@ -264,8 +260,9 @@ void tst_phonebook::looksAtAllCompanies()
     addEntry(u"'C2', '202', 'Three', 'V', '', '', '', ''"_s);
     addEntry(u"'C1', '203', 'One', 'V', '', '', '', ''"_s);
     addEntry(u"'C2', '203', 'Four', 'M', '', '', '', ''"_s);
-    writeUsers(user("A", "B", "201") + user("C", "D", "203") + "end");
-    QVERIFY(importPhoneBook(m_database->main, request(), report()));
+    QVERIFY(import(user("A", "B", "201") + user("C", "D", "203")));
+    QCOMPARE(m_lines, QStringList({u"201 - A B  - Updated"_s, u"203 - C D  - Updated"_s,
+                                   u"0 added, 2 updated, 0 ignored, 0 refused, 1 hidden"_s}));
     QCOMPARE(book(), QStringList({u"203 V C D "_s}));
     QCOMPARE(book(u"C2"_s), QStringList({u"201 V A B "_s, u"202 H Three"_s, u"203 V C D "_s}));
 }
@@ -296,9 +293,8 @@ void tst_phonebook::refusesWhatIsMoreThanAnEntry()
     addEntry(u"'C1', '202', 'Two', 'V', '', '', '', ''"_s);
     addEntry(u"'C2', '203', 'By hand', 'M', '', '', '', ''"_s);
     const bool known = extension == "201";
-    writeUsers("[Users]\r\n" + user(name, "", extension) + user("A", "Luna''s", "202") +
-               (known ? QByteArray() : user("Old", "", "201")) + "end");
-    const auto counts = importPhoneBook(m_database->main, request(), report());
+    const auto counts = import(user(name, "", extension) + user("A", "Luna''s", "202") +
+                               (known ? QByteArray() : user("Old", "", "201")));
     QVERIFY(counts && counts->refused == 1);
     QCOMPARE(book().first().trimmed(), u"201 V Old"_s);
     QCOMPARE(book().sliced(1), QStringList(u"202 V A Luna's "_s));
@@ -314,8 +310,7 @@ void tst_phonebook::leavesTheBookWhenTheImportFails()
     // The last statement of the import fails.
     addEntry(u"'C1', '201', 'Old', 'V', '', '', '', ''"_s);
     m_database->run(u"DELETE FROM CREATION_FLAGS WHERE FL_CODE = 'H'"_s);
-    writeUsers(user("A", "B", "203") + "end");
-    QVERIFY_THROWS_EXCEPTION(DatabaseError, importPhoneBook(m_database->main, request(), report()));
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, import(user("A", "B", "203")));
     QCOMPARE(book(), QStringList(u"201 V Old"_s));
     QCOMPARE(m_lines, QStringList(u"The import failed: nothing was changed"_s));
 }

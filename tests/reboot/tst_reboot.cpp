@@ -8,7 +8,6 @@
 
 #include <functional>
 #include <memory>
-#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -66,21 +65,21 @@ void tst_reboot::init()
 {
     m_lines.clear();
     m_database = std::make_unique<TestDatabase>();
-    const auto add = [this](const QString& model, const QString& key, const QString& level,
-                            const QString& value) {
-        m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$%1', '$$%2', 'p%2')"_s.arg(model, key));
-        m_database->addParameter(model, u'p' + key, level, value);
-    };
     for (const QString& model : {u"GXP2000"_s, u"PAP2"_s, u"F1000"_s}) {
         const bool isGXP2000 = model == "GXP2000"_L1;
         m_database->run(u"INSERT INTO EQUIPMENT VALUES('%1', 'model', '%2')"_s.arg(
             model, isGXP2000 ? u"GRANDSTREAM"_s : model));
-        add(model, u"EPWD"_s, u"E"_s, u"secret"_s);
-        add(model, u"IP1"_s, isGXP2000 ? u"E"_s : u"P"_s, u"127"_s);
+        const QString ofThePhone = isGXP2000 ? u"IP4"_s : u"IP1"_s;
+        const QHash<QString, QString> values = {{u"EPWD"_s, u"secret"_s},
+                                                {u"IP1"_s, u"127"_s},
+                                                {u"IP2"_s, u"0"_s},
+                                                {u"IP3"_s, u"0"_s},
+                                                {u"IP4"_s, {}}};
+        for (const auto& [key, value] : values.asKeyValueRange()) {
+            m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$%1', '$$%2', '%2')"_s.arg(model, key));
+            m_database->addParameter(model, key, key == ofThePhone ? u"P"_s : u"E"_s, value);
+        }
     }
-    for (const QString& key : {u"IP2"_s, u"IP3"_s})
-        add(u"GXP2000"_s, key, u"E"_s, u"0"_s);
-    add(u"GXP2000"_s, u"IP4"_s, u"P"_s, {});
 }
 
 void tst_reboot::addDevice(const QString& equipment, const QString& code, int last)
@@ -88,7 +87,7 @@ void tst_reboot::addDevice(const QString& equipment, const QString& code, int la
     m_database->addPhone(u"C1"_s, equipment, code, "phone "_L1 + code, u"000000000000"_s);
     if (equipment == "NONE"_L1 || equipment == "TOASTER"_L1)
         return;
-    const QString value = equipment == "GXP2000"_L1 ? u"pIP4', '%1"_s : u"pIP1', '127.0.0.%1"_s;
+    const QString value = equipment == "GXP2000"_L1 ? u"IP4', '%1"_s : u"IP1', '127.0.0.%1"_s;
     m_database->run(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', '%1', '%2', '"_s.arg(equipment, code) +
                     value.arg(last) + "')"_L1);
 }
@@ -247,15 +246,8 @@ void tst_reboot::bearsWithBadDevices_data()
             {u"M22: "_s, answered(401)});
     row("a nonce that grows old once", "PAP2", pap2Device("secret", 1), QStringList(u"M15: "_s),
         RebootOutcome::Rebooted);
-    refused("resets in mid-reply", u"PAP2"_s,
-            [](QTcpSocket& connection, const QByteArray&) {
-                connection.write("HTTP/1.0 401 No\r\nWWW-Authenticate: Digest realm=\"x");
-                connection.flush();
-                const linger reset{1, 0};
-                setsockopt(static_cast<int>(connection.socketDescriptor()), SOL_SOCKET, SO_LINGER, &reset,
-                           sizeof reset);
-                connection.abort();
-            },
+    refused("closes in mid-reply", u"PAP2"_s,
+            inTurn({"HTTP/1.0 401 No\r\nWWW-Authenticate: Digest realm=\"x"}),
             {u"   The phone's answer can't be understood: realm"_s});
 }
 
