@@ -6,10 +6,9 @@
 
 #include <QDirIterator>
 
-#ifdef Q_OS_UNIX
-#include <csignal>
 #include <sys/resource.h>
-#endif
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -28,10 +27,8 @@ private Q_SLOTS:
     void goesThrough();
     void endsEarly_data();
     void endsEarly();
-    void folderPerPhone_data();
-    void folderPerPhone();
+    void refusesFoldersElsewhere();
     void cancel();
-    void largeTemplateKeepsOlderFile();
     void fullDiskKeepsOlderFile();
     void databaseError();
 
@@ -193,10 +190,8 @@ void tst_generate::goesThrough_data()
     row("GXP2000, model", "model", "", "GXP2000.txt", "\x01\x03\r\n\r\nP1=for 103&"_ba, three);
     row("PAP2, company", "company", pap2, "GXP2000 - ACME.txt", "\n<1>for 103</1>\r\n<2>c</2>\r\n</f"_ba,
         three);
-    row("PAP2, model", "model", pap2, "GXP2000.txt", "\n<1>for 103</1>\r\n</f"_ba, three);
     row("F1000, company", "company", f1000, "GXP2000 - ACME.txt, GXP2000 - ACME.ini",
         "1=for 103\r\n2=c\r\n"_ba, three);
-    row("F1000, model", "model", f1000, "GXP2000.txt, GXP2000.ini", "1=for 103\r\n"_ba, three);
 }
 
 /// Templates are made with source copies, but only the one of the F1000 has a name of its own.
@@ -234,9 +229,9 @@ void tst_generate::endsEarly_data()
     row("no folder", "", "@/none", "M7: @/none", "");
     row("empty folder", "UPDATE EQUIPMENT SET EQ_MODULE = 'NONE'", "", "M7: ", "");
     row("macro in folder", "", "@/$$X", "M6: $$X", "");
-    row("arguments in folder", "", "@/$$P,1", "M6: $$P,1\nM7: @/$$P,1", "");
     row("no model", "PRAGMA foreign_keys = OFF; DELETE FROM EQUIPMENT", "@", "M9: GXP2000", "");
     row("unknown module", "UPDATE EQUIPMENT SET EQ_MODULE = 'pap2'", "@", "M10: GXP2000 - pap2", "");
+    row("one phone's folder", "", "@/$$P", "M7: @/102", "101/101 - 000B82000101.TXT, 101/cfg000B82000101");
     row("unknown macro", "UPDATE EQUIPMENT_PARAMETERS SET PA_DEFAULT = '$$X'", "@", "M6: $$X", "");
     const auto first = "101 - 000B82000101.TXT, cfg000B82000101";
     row("too large", tooMuchFor102, "@", "M203: 102 - Bob", first);
@@ -251,49 +246,35 @@ void tst_generate::endsEarly()
     if (onServer())
         statements.replace("PRAGMA foreign_keys = OFF"_L1, "SET SESSION foreign_key_checks = 0"_L1);
     execute(statements);
+    QVERIFY(QDir(m_out->path()).mkdir(u"101"_s));
     m_request.folder = folder.replace(u'@', m_out->path());
     m_request.withSource = true;
     QVERIFY(!run());
     QCOMPARE(m_lines.filter(u"M12"_s), QStringList());
     const QString messages = m_database->user.shown.join(u'\n');
     QVERIFY2(messages.startsWith(shown.replace(u'@', m_out->path())), qPrintable(messages));
-    QCOMPARE(messages.count(u'\n'), shown.count(u'\n'));
+    QVERIFY(!messages.contains(u'\n'));
     QTEST(files().join(u", "_s), "names");
-}
-
-void tst_generate::folderPerPhone_data()
-{
-    columns<QString, QString, QString, QString>("name", "folder", "shown", "names");
-    row("missing", "Bob", "/$$P", "M7: @/103", "101/cfg000B82000101, 102/cfg000B82000102");
-    const auto others = "Ann/cfg000B82000101, Cy/cfg000B82000103";
-    row("out of the folder", "..", "\\$$N", "", others);
-    row("into another folder", "../101", "/$$N", "", others);
-    row("with a backslash", "..\\101", "/$$N", "", others);
-    row("below a folder", "Ann/.", "/$$N", "", others);
 }
 
 /// What stands for the macro names one folder: a phone whose text would lead elsewhere is refused alone.
-void tst_generate::folderPerPhone()
+void tst_generate::refusesFoldersElsewhere()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, folder);
-    QFETCH(QString, shown);
-    for (const QString& made : {u"101"_s, u"102"_s, u"A"_s, u"Ann"_s, u"Cy"_s})
+    for (const QString& made : {u"101"_s, u"Ann"_s, u"Cy"_s})
         QVERIFY(QDir(m_out->path()).mkdir(made));
-    m_database->main.connection.execute(u"UPDATE PHONES SET PH_DESC = ? WHERE PH_CODE = '102'"_s, {name});
-    m_request.folder += folder;
-    QCOMPARE(run().has_value(), shown.isEmpty());
-    QTEST(files().join(u", "_s), "names");
-    QCOMPARE(m_database->user.shown.join(u'\n'), shown.replace(u'@', m_out->path()));
-    if (shown.isEmpty())
-        QCOMPARE(m_lines.sliced(2).join(u'\n'),
-                 "M269: 102 - "_L1 + name +
-                     "\nM13: 103 - 000B82000103.TXT - Cy\nM15: \nM12: \nM290: 1 / 3"_L1);
+    m_request.folder += "/$$N"_L1;
+    for (const QString& name : {u".."_s, u"../101"_s, u"..\\101"_s}) {
+        m_database->main.connection.execute(u"UPDATE PHONES SET PH_DESC = ? WHERE PH_CODE = '102'"_s, {name});
+        QCOMPARE(run(), 1);
+        QCOMPARE(files().join(u' '), u"Ann/cfg000B82000101 Cy/cfg000B82000103"_s);
+        QCOMPARE(m_lines.sliced(2, 2).join(u'\n'),
+                 "M269: 102 - "_L1 + name + "\nM13: 103 - 000B82000103.TXT - Cy"_L1);
+    }
 }
 
 void tst_generate::cancel()
 {
-    for (const int after : {0, 2, 3}) {
+    for (const qsizetype after : {0, 2, 3}) {
         QList<qsizetype> told;
         const auto stopAfter = [&](qsizetype done) {
             told << done;
@@ -304,26 +285,12 @@ void tst_generate::cancel()
         QCOMPARE(told, (QList<qsizetype>{0, 1, 2, 3}.first(after + 1)));
         QCOMPARE(files().size(), after);
     }
-    QCOMPARE(m_database->user.shown, QStringList());
 }
 
-/// Not even the source copy, which has the same name, replaces it.
-void tst_generate::largeTemplateKeepsOlderFile()
-{
-    execute(QString::fromUtf8(tooMuchFor102));
-    execute(u"UPDATE EQUIPMENT_PARAMETERS SET LE_CODE = 'E' WHERE LE_CODE = 'P'"_s);
-    m_request.levels = {false, true, true};
-    m_request.withSource = true;
-    writeWholeFile(m_out->filePath(u"GXP2000 - ACME.txt"_s), "older");
-    QVERIFY(!run());
-    QCOMPARE(m_database->user.shown, QStringList{u"M203: 101 - Ann"_s});
-    QCOMPARE(content(u"GXP2000 - ACME.txt"_s), "older");
-}
-
-/// A limit for the size of files stands in for the full disk. The source copy would still fit.
+/// A limit for the size of files stands in for the full disk. The source copy, which has the same name, would
+/// still fit.
 void tst_generate::fullDiskKeepsOlderFile()
 {
-#ifdef Q_OS_UNIX
     m_request.levels = {false, false, true};
     m_request.withSource = true;
     writeWholeFile(m_out->filePath(u"GXP2000.txt"_s), "older");
@@ -338,9 +305,6 @@ void tst_generate::fullDiskKeepsOlderFile()
     QCOMPARE(files().size(), 1);
     QVERIFY(!through);
     QVERIFY(m_database->user.shown.constFirst().startsWith("M204: 101 - Ann - "_L1));
-#else
-    QSKIP("Needs a limit for the size of files");
-#endif
 }
 
 void tst_generate::databaseError()
@@ -351,9 +315,6 @@ void tst_generate::databaseError()
     };
     QVERIFY_THROWS_EXCEPTION(DatabaseError, run(dropTable));
     QCOMPARE(files(), QStringList{u"cfg000B82000101"_s});
-    QCOMPARE(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s);
-    m_request.levels.phone = false;
-    QVERIFY(run());
 }
 
 } // namespace velmora

@@ -42,19 +42,12 @@ void tst_writers::image_data()
     columns<QString, QString, QString, QByteArray, bool, QString>("mac", "parameters", "address", "text",
                                                                   "padded", "rejected");
     row("odd length", "000B82010203", "1=a", "000b82010203", "P1=a"_ba, true, "");
-    row("even length", "000B82010203", "1=ab", "000b82010203", "P1=ab"_ba, false, "");
-    row("lower case", "000b82fedcba", "1=a 10=c 2=b", "000b82fedcba", "P2=b&P10=c&P1=a"_ba, false, "");
-    row("unescaped", "FFFFFFFFFFFF", "1=a&b=c;<d>'", "ffffffffffff", "P1=a&b=c;<d>'"_ba, false, "");
-    row("Windows-1252", "000000000000", "1=é€ΩЖ 2=", "000000000000", "P2=&P1=\xE9\x80??"_ba, false, "");
+    row("even length", "000b82fedcba", "1=a 10=c 2=b", "000b82fedcba", "P2=b&P10=c&P1=a"_ba, false, "");
     row("colons", "00:0B:82:01:", "1=a 2=b", "0000b0820010", "P2=b&P1=a"_ba, false, "::::");
-    row("other letters", "xy1z00000000", "1=a 2=b", "001000000000", "P2=b&P1=a"_ba, false, "yxz");
     // Only a parameter that starts beyond byte 16 is preceded by "&".
     row("14 digits", "000B8201020304", "1=a 2=b", "000b8201020304", "&P2=b&P1=a"_ba, false, "");
     row("11 digits", "000B820102F", "1=a 2=b", "000b8201020f", "P2=b&P1=a"_ba, false, "");
-    row("10 digits", "000B820102", "1=a 2=b", "000b820102", "P2=b&P1=a"_ba, true, "");
     row("no address", "", "1=a 10=c 2=b", "", "P2=bP10=c&P1=a"_ba, true, "");
-    row("second at 16", "", "1=a 2=bcd", "", "P2=bcdP1=a"_ba, true, "");
-    row("second at 17", "", "1=a 2=bcde", "", "P2=bcde&P1=a"_ba, true, "");
 }
 
 void tst_writers::image()
@@ -88,21 +81,17 @@ void tst_writers::imageSize()
         QCOMPARE(sumOfWords(image(fitting)), 0U);
     }
     QVERIFY_THROWS_EXCEPTION(ImageTooLarge, image(32739));
-    QVERIFY_THROWS_EXCEPTION(ImageTooLarge, image(32740));
 }
 
 void tst_writers::hexDec_data()
 {
     // value: -1 where the text is too large
     columns<QString, int, QString>("text", "value", "rejected");
-    row("empty", "", 0, "");
     row("both cases", "aF", 175, "");
     row("seven digits", "FFFFFFF", 268435455, "");
     row("eight digits", "00000000", -1, "");
     row("letter after F", "g", 0, "g");
-    row("colon first", ":b", 187, ":");
     row("colon last", "b:", 176, ":");
-    row("colons", "::", 0, "::");
     // A rejected character takes the product before it: 15 + 15 * 16 + 15 * 16 * 256 + 15 * 16 * 256 * 4096.
     row("products", ":::f", 251719935, ":::");
     row("product too large", "::::f", -1, "");

@@ -11,8 +11,8 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
-#include <QXmlStreamReader>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -25,12 +25,12 @@ QByteArray user(const QByteArray& name, const QByteArray& surname, const QByteAr
 }
 
 /// A part of a workbook.
-QByteArray partOf(const QString& workbook, const QString& part)
+QString partOf(const QString& workbook, const QString& part)
 {
     QProcess unzip;
     unzip.start(u"unzip"_s, {u"-p"_s, workbook, part});
     unzip.waitForFinished();
-    return unzip.readAllStandardOutput();
+    return QString::fromUtf8(unzip.readAllStandardOutput());
 }
 
 } // namespace
@@ -42,10 +42,8 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_database.reset(); }
     void writesTheAddressBook();
-    void writesAnEmptyAddressBook();
     void refusesWhatItCanNotDo_data();
     void refusesWhatItCanNotDo();
-    void stopsWithoutAChange_data();
     void stopsWithoutAChange();
     void readsUsers_data();
     void readsUsers();
@@ -64,6 +62,8 @@ private:
         return {u"C1"_s, equipment, m_database->folder()};
     }
     RunReport report();
+    /// Whether the run of that name, "generate", "import" or "export", has done its work.
+    bool run(const QString& name, const PhoneBookRequest& request, const RunReport& report);
     void addEntry(const QString& values)
     {
         m_database->run("INSERT INTO PHONE_BOOK VALUES("_L1 + values + u')');
@@ -71,6 +71,13 @@ private:
     void writeUsers(const QByteArray& content) const
     {
         writeWholeFile(m_database->folder() + "/confUsers.ini"_L1, content);
+    }
+    /// Imports a file of these users.
+    std::optional<ImportCounts> import(const QByteArray& users)
+    {
+        m_lines.clear();
+        writeUsers("[Users]\r\n" + users + "end\r\n");
+        return importPhoneBook(m_database->main, request(), report());
     }
     QByteArray written(const QString& name) const
     {
@@ -98,6 +105,13 @@ RunReport tst_phonebook::report()
     return {[this](const QString& line) { m_lines << line; }, [](qsizetype, qsizetype) {}};
 }
 
+bool tst_phonebook::run(const QString& name, const PhoneBookRequest& request, const RunReport& report)
+{
+    if (name == "import"_L1)
+        return importPhoneBook(m_database->main, request, report).has_value();
+    return (name == "generate"_L1 ? generatePhoneBook : exportToCsv)(m_database->main, request, report);
+}
+
 QStringList tst_phonebook::book(const QString& company)
 {
     QStringList entries;
@@ -113,46 +127,35 @@ void tst_phonebook::writesTheAddressBook()
     addEntry(u"'C1', '201', 'Zoé & Co <1>', 'V', '', '', '', ''"_s);
     addEntry(u"'C1', '202', 'Hidden', 'H', '', '', '', ''"_s);
     addEntry(u"'C1', '+33 1', 'Anna \u0141', 'M', '1', '2', '3', '4'"_s);
-    addEntry(u"'C1', '204', 'Deleted', 'D', '', '', '', ''"_s);
     addEntry(u"'C2', '205', 'Elsewhere', 'V', '', '', '', ''"_s);
-    QVERIFY(generatePhoneBook(m_database->main, request(), report()));
-    QCOMPARE(
-        written(u"gs_phonebook.xml"_s),
-        QByteArray(
-            "<?xml version=\"1.0\"?>\r\n<AddressBook>\r\n"
-            "<Contact>\r\n<LastName>Anna ?</LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n"
-            "<phonenumber>+33 1</phonenumber>\r\n<accountindex>0</accountindex>\r\n</Phone>\r\n</Contact>\r\n"
-            "<Contact>\r\n<LastName>Deleted</LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n"
-            "<phonenumber>204</phonenumber>\r\n<accountindex>1</accountindex>\r\n</Phone>\r\n</Contact>\r\n"
-            "<Contact>\r\n<LastName>Zo\xe9 & Co <1></LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n"
-            "<phonenumber>201</phonenumber>\r\n<accountindex>2</accountindex>\r\n</Phone>\r\n</Contact>\r\n"
-            "</AddressBook>\r\n"));
+    QVERIFY(run(u"generate"_s, request(), report()));
+    const auto contact = [](const QByteArray& name, const QByteArray& number, const QByteArray& index) {
+        return "<Contact>\r\n<LastName>" + name + "</LastName>\r\n<FirstName></FirstName>\r\n<Phone>\r\n" +
+               "<phonenumber>" + number + "</phonenumber>\r\n<accountindex>" + index +
+               "</accountindex>\r\n</Phone>\r\n</Contact>\r\n";
+    };
+    QCOMPARE(written(u"gs_phonebook.xml"_s),
+             "<?xml version=\"1.0\"?>\r\n<AddressBook>\r\n" + contact("Anna ?", "+33 1", "0") +
+                 contact("Zo\xe9 & Co <1>", "201", "1") + "</AddressBook>\r\n");
     QCOMPARE(m_lines,
              QStringList({u"+33 1 - Anna \u0141"_s, u"   Characters outside Windows-1252 written as ?"_s,
-                          u"204 - Deleted"_s, u"201 - Zoé & Co <1>"_s}));
+                          u"201 - Zoé & Co <1>"_s}));
     QCOMPARE(m_database->user.shown, QStringList());
-}
-
-void tst_phonebook::writesAnEmptyAddressBook()
-{
-    writeWholeFile(m_database->folder() + "/gs_phonebook.xml"_L1, "older");
-    QVERIFY(generatePhoneBook(m_database->main, request(), report()));
-    QCOMPARE(written(u"gs_phonebook.xml"_s),
-             QByteArray("<?xml version=\"1.0\"?>\r\n<AddressBook>\r\n</AddressBook>\r\n"));
 }
 
 void tst_phonebook::refusesWhatItCanNotDo_data()
 {
-    columns<QString, QString, QString, QString>("run", "model", "folder", "message");
-    for (const QString& run : {u"generate"_s, u"import"_s, u"export"_s}) {
-        row(qPrintable(run + " without a folder"_L1), run, "GXP2000", "", "M7: ");
-        row(qPrintable(run + " into a missing one"_L1), run, "GXP2000", "/no/such", "M7: /no/such");
-        row(qPrintable(run + " without phones"_L1), run, "F1000", "here", "M8: ");
-    }
-    row("generate for another model", "generate", "PAP2", "here", "M10: PAP2");
-    row("import for another model", "import", "PAP2", "here", "M10: PAP2");
-    row("import without a file", "import", "GXP2000", "here", "M16: /confUsers.ini");
-    row("import of another file", "import page", "GXP2000", "here",
+    columns<QString, QString, QString, QByteArray, QString>("run", "model", "folder", "users", "message");
+    const QByteArray none;
+    row("no folder", "generate", "GXP2000", "", none, "M7: ");
+    row("a missing folder", "export", "GXP2000", "/no/such", none, "M7: /no/such");
+    row("generate without phones", "generate", "F1000", "here", none, "M8: ");
+    row("import without phones", "import", "F1000", "here", none, "M8: ");
+    row("export without phones", "export", "F1000", "here", none, "M8: ");
+    row("generate for another model", "generate", "PAP2", "here", none, "M10: PAP2");
+    row("import for another model", "import", "PAP2", "here", none, "M10: PAP2");
+    row("import without a file", "import", "GXP2000", "here", none, "M16: /confUsers.ini");
+    row("import of another file", "import", "GXP2000", "here", "<html>\n<p>[User1]</p>\n</html>\n"_ba,
         "The file /confUsers.ini is no user list: no line in it begins with [User. Nothing was changed.");
 }
 
@@ -161,41 +164,29 @@ void tst_phonebook::refusesWhatItCanNotDo()
     QFETCH(QString, run);
     QFETCH(QString, model);
     QFETCH(QString, folder);
-    if (run.endsWith("page"_L1))
-        writeUsers("<html>\n<p>[User1]</p>\n</html>\n");
+    QFETCH(QByteArray, users);
+    if (!users.isEmpty())
+        writeUsers(users);
     addEntry(u"'C1', '201', 'One', 'V', '', '', '', ''"_s);
-    const PhoneBookRequest wrong{u"C1"_s, model, folder == "here"_L1 ? m_database->folder() : folder};
-    MMain& main = m_database->main;
-    QVERIFY(!(run == "generate"_L1 ? generatePhoneBook(main, wrong, report())
-              : run == "export"_L1 ? exportToCsv(main, wrong, report())
-                                   : importPhoneBook(main, wrong, report()).has_value()));
+    const QString place = folder == "here"_L1 ? m_database->folder() : folder;
+    QVERIFY(!this->run(run, {u"C1"_s, model, place}, report()));
     QCOMPARE(m_database->user.shown.size(), 1);
     QCOMPARE(book(), QStringList(u"201 V One"_s));
     QTEST(m_database->user.shown.first().remove(m_database->folder()), "message");
     QCOMPARE(QDir(m_database->folder()).entryList({u"*.xml"_s, u"*.csv"_s}), QStringList());
 }
 
-void tst_phonebook::stopsWithoutAChange_data()
-{
-    columns<QString>("run");
-    row("generate", "generate");
-    row("import", "import");
-    row("export", "export");
-}
-
 void tst_phonebook::stopsWithoutAChange()
 {
-    QFETCH(QString, run);
     addEntry(u"'C1', '201', 'One', 'V', '', '', '', ''"_s);
     addEntry(u"'C1', '202', 'Two', 'V', '', '', '', ''"_s);
     writeUsers(user("A", "B", "203") + user("C", "D", "201") + "\r\n");
-    MMain& main = m_database->main;
     const RunReport stopping = {[this](const QString& line) { m_lines << line; },
-                                [&main](qsizetype done, qsizetype) { main.stopFlag = done == 1; }};
-    QVERIFY(!(run == "generate"_L1 ? generatePhoneBook(main, request(), stopping)
-              : run == "import"_L1 ? importPhoneBook(main, request(), stopping).has_value()
-                                   : exportToCsv(main, request(), stopping)));
-    QCOMPARE(m_lines.last(), u"Stopped: nothing was changed"_s);
+                                [this](qsizetype done, qsizetype) { m_database->main.stopFlag = done == 1; }};
+    for (const QString& name : {u"generate"_s, u"import"_s, u"export"_s}) {
+        QVERIFY(!run(name, request(), stopping));
+        QCOMPARE(m_lines.last(), u"Stopped: nothing was changed"_s);
+    }
     QCOMPARE(m_lines.filter(u"Added"_s), QStringList());
     QCOMPARE(book(), QStringList({u"201 V One"_s, u"202 V Two"_s}));
     QCOMPARE(QDir(m_database->folder()).entryList({u"*.xml"_s, u"*.csv"_s}), QStringList());
@@ -207,29 +198,22 @@ void tst_phonebook::readsUsers_data()
     columns<QByteArray, QString>("file", "users");
     const QByteArray one = user("Anna", "Lee", "201");
     row("empty", QByteArray(), "no user list");
-    row("a page", QByteArray("<html>\n [User1]\nName=A"), "no user list");
     row("UTF-16", QByteArray("\xff\xfe[\0U\0s\0e\0r\0]\0\n\0[\0U\0s\0e\0r\0", 26), "no user list");
-    row("only a heading", QByteArray("[Users]\r\n"), "");
-    row("one", "[Users]\r\n" + one + "x", "2/201/Anna Lee ");
+    row("only a heading", "[Users]\r\n"_ba, "");
     row("without the heading", one + "x", "1/201/Anna Lee ");
-    row("ended by its extension", one, "1/201/Anna Lee ");
     row("without a last line end", one.chopped(2), "1/201/Anna Lee ");
     row("lines ended by LF", QByteArray("[Users]\n" + one).replace("\r", ""), "2/201/Anna Lee ");
-    row("empty names", user("", "", "201"), "1/201/  ");
-    row("an empty extension", user("A", "B", "") + one, "5/201/Anna Lee ");
-    row("an opening line at the very end", one + "[User2]", "1/201/Anna Lee ");
+    row("empty values", user("", "", "201") + user("A", "B", "") + "[User2]", "1/201/  ");
     row("a wrong line ends the entry", "[User1]\r\nSurname=A\r\n" + one, "3/201/Anna Lee ");
     row("an opening line among them is not looked at again", "[User1]\r\n" + one + one, "6/201/Anna Lee ");
     row("keys count by case and place", "[user1]\r\n" + one.toUpper() + " " + one + one, "10/201/Anna Lee ");
     row("lines between", "[Options]\r\nx=1\r\n" + one + "Mail=a\r\n\r\n" + user("B", "C", "202") + "end",
         "3/201/Anna Lee |9/202/B C ");
-    row("cut off", QByteArray("[User1]\r\nName=A\r\nSurname=B"), "");
+    row("cut off", "[User1]\r\nName=A\r\nSurname=B"_ba, "");
     row("Windows-1252", user("Zo\xe9", "\x80", "201"), "1/201/Zoé € ");
     row("UTF-8 without a mark", user("Zo\xc3\xa9", "", "201"), "1/201/Zoé  ");
-    row("cut-off UTF-8 with a mark", "\xef\xbb\xbf" + user("Zo\xc3\xa9", "", "201") + "\xc3", "1/201/Zoé  ");
-    row("UTF-8 with a mark", "\xef\xbb\xbf[Users]\r\n" + user("Zo\xc3\xa9", "", "201"), "2/201/Zoé  ");
-    row("a long line", user(QByteArray(100'000, 'x'), "", "201").replace(QByteArray(99'999, 'x'), "y"),
-        "1/201/yx  ");
+    row("cut-off UTF-8 with a mark", "\xef\xbb\xbf[Users]\r\n" + user("Zo\xc3\xa9", "", "201") + "\xc3",
+        "2/201/Zoé  ");
 }
 
 void tst_phonebook::readsUsers()
@@ -248,11 +232,6 @@ void tst_phonebook::followsSuccessiveImports()
     addEntry(u"'C1', '301', 'By hand', 'M', '', '', '', ''"_s);
     addEntry(u"'C1', '302', 'Hidden', 'H', '', '', '', ''"_s);
     addEntry(u"'C1', '303', 'Left over', 'W', '', '', '', ''"_s);
-    const auto import = [this](const QByteArray& users) {
-        m_lines.clear();
-        writeUsers("[Users]\r\n" + users + "end\r\n");
-        return importPhoneBook(m_database->main, request(), report()).has_value();
-    };
     QVERIFY(import(user("A", "1", "201") + user("B", "2", "202") + user("C", "3", "203") +
                    user("X", "x", "301") + user("Y", "y", "302") + user("A", "again", "201")));
     QCOMPARE(
@@ -264,9 +243,6 @@ void tst_phonebook::followsSuccessiveImports()
                      u"   Most of the imported entries are hidden now: was this the whole list?"_s}));
     QCOMPARE(book(), QStringList({u"201 V A 1 "_s, u"202 V B 2 "_s, u"203 V C 3 "_s, u"301 M By hand"_s,
                                   u"302 H Hidden"_s, u"303 H Left over"_s}));
-    QCOMPARE(m_database->value(
-                 u"SELECT BK_EXTNUM || BK_FAX || BK_GSM || BK_MAIL FROM PHONE_BOOK WHERE BK_NUM = '201'"_s),
-             u""_s);
 
     // 202 is gone, 203 has lost its number, 204 is new.
     QVERIFY(import(user("A", "new", "201") + user("C", "3", "") + user("D", "4", "204")));
@@ -275,13 +251,7 @@ void tst_phonebook::followsSuccessiveImports()
     QCOMPARE(book(), QStringList({u"201 V A new "_s, u"202 H B 2 "_s, u"203 H C 3 "_s, u"204 V D 4 "_s,
                                   u"301 M By hand"_s, u"302 H Hidden"_s, u"303 H Left over"_s}));
 
-    // What has become hidden stays so.
-    QVERIFY(import(user("B", "back", "202") + user("D", "4", "204") + user("D", "twice", "204")));
-    QCOMPARE(m_lines, QStringList({u"202 - B back  - Ignored, Hidden or Manual"_s, u"204 - D 4  - Updated"_s,
-                                   u"204 - D twice  - Ignored, Hidden or Manual"_s,
-                                   u"0 added, 1 updated, 2 ignored, 0 refused, 1 hidden"_s}));
-    QCOMPARE(book().first(3), QStringList({u"201 H A new "_s, u"202 H B 2 "_s, u"203 H C 3 "_s}));
-    QCOMPARE(m_database->user.shown.count(u"M17: Import finished"_s), 3);
+    QCOMPARE(m_database->user.shown, QStringList(2, u"M17: Import finished"_s));
 }
 
 void tst_phonebook::looksAtAllCompanies()
@@ -290,8 +260,9 @@ void tst_phonebook::looksAtAllCompanies()
     addEntry(u"'C2', '202', 'Three', 'V', '', '', '', ''"_s);
     addEntry(u"'C1', '203', 'One', 'V', '', '', '', ''"_s);
     addEntry(u"'C2', '203', 'Four', 'M', '', '', '', ''"_s);
-    writeUsers(user("A", "B", "201") + user("C", "D", "203") + "end");
-    QVERIFY(importPhoneBook(m_database->main, request(), report()));
+    QVERIFY(import(user("A", "B", "201") + user("C", "D", "203")));
+    QCOMPARE(m_lines, QStringList({u"201 - A B  - Updated"_s, u"203 - C D  - Updated"_s,
+                                   u"0 added, 2 updated, 0 ignored, 0 refused, 1 hidden"_s}));
     QCOMPARE(book(), QStringList({u"203 V C D "_s}));
     QCOMPARE(book(u"C2"_s), QStringList({u"201 V A B "_s, u"202 H Three"_s, u"203 V C D "_s}));
 }
@@ -322,17 +293,16 @@ void tst_phonebook::refusesWhatIsMoreThanAnEntry()
     addEntry(u"'C1', '202', 'Two', 'V', '', '', '', ''"_s);
     addEntry(u"'C2', '203', 'By hand', 'M', '', '', '', ''"_s);
     const bool known = extension == "201";
-    writeUsers("[Users]\r\n" + user(name, "", extension) + user("A", "Luna''s", "202") +
-               (known ? QByteArray() : user("Old", "", "201")) + "end");
-    const auto counts = importPhoneBook(m_database->main, request(), report());
+    const auto counts = import(user(name, "", extension) + user("A", "Luna''s", "202") +
+                               (known ? QByteArray() : user("Old", "", "201")));
     QVERIFY(counts && counts->refused == 1);
     QCOMPARE(book().first().trimmed(), u"201 V Old"_s);
     QCOMPARE(book().sliced(1), QStringList(u"202 V A Luna's "_s));
     QCOMPARE(book(u"C2"_s), QStringList(u"203 M By hand"_s));
     QCOMPARE(m_database->value(u"SELECT MAX(BK_MAIL) FROM PHONE_BOOK"_s), u""_s);
-    const QString refusal = QString::fromUtf8("Line 2: " + extension + " - " + name + "   - ") + reason;
-    QCOMPARE(m_lines[0], refusal);
-    QCOMPARE(m_lines[1], u"202 - A Luna''s  - Updated"_s);
+    QCOMPARE(m_lines.first(2),
+             QStringList({QString::fromUtf8("Line 2: " + extension + " - " + name + "   - ") + reason,
+                          u"202 - A Luna''s  - Updated"_s}));
 }
 
 void tst_phonebook::leavesTheBookWhenTheImportFails()
@@ -340,8 +310,7 @@ void tst_phonebook::leavesTheBookWhenTheImportFails()
     // The last statement of the import fails.
     addEntry(u"'C1', '201', 'Old', 'V', '', '', '', ''"_s);
     m_database->run(u"DELETE FROM CREATION_FLAGS WHERE FL_CODE = 'H'"_s);
-    writeUsers(user("A", "B", "203") + "end");
-    QVERIFY_THROWS_EXCEPTION(DatabaseError, importPhoneBook(m_database->main, request(), report()));
+    QVERIFY_THROWS_EXCEPTION(DatabaseError, import(user("A", "B", "203")));
     QCOMPARE(book(), QStringList(u"201 V Old"_s));
     QCOMPARE(m_lines, QStringList(u"The import failed: nothing was changed"_s));
 }
@@ -351,29 +320,28 @@ void tst_phonebook::exportsToCsv()
     addEntry(u"'C1', '201', 'Zoé; \"Co\"', 'V', '0033', '', '06', 'a@b'"_s);
     addEntry(u"'C1', '202', 'Hidden', 'H', '', '', '', ''"_s);
     addEntry(u"'C2', '203', 'Elsewhere', 'V', '', '', '', ''"_s);
-    QVERIFY(exportToCsv(m_database->main, request({}), report()));
+    QVERIFY(run(u"export"_s, request({}), report()));
     const QByteArray expected = "C1;201;Zo\xe9; \"Co\";V;0033;;06;a@b\r\nC1;202;Hidden;H;;;;\r\n";
     QCOMPARE(written(u"Phone_Book.csv"_s), expected);
     QCOMPARE(m_lines, QStringList(u"M33: 2"_s));
-    QCOMPARE(m_database->user.shown, QStringList(u"M33: 2"_s));
+    QCOMPARE(m_database->user.shown, m_lines);
 
     m_database->run(u"DELETE FROM PHONE_BOOK"_s);
-    QVERIFY(!exportToCsv(m_database->main, request({}), report()));
+    QVERIFY(!run(u"export"_s, request({}), report()));
     QCOMPARE(m_database->user.questions,
              QStringList("M32: "_L1 + m_database->folder() + "/Phone_Book.csv"_L1));
     QCOMPARE(m_database->user.shown.last(), u"M33: 0"_s);
     QCOMPARE(written(u"Phone_Book.csv"_s), expected);
 
     m_database->user.yesNoAnswer = true;
-    QVERIFY(exportToCsv(m_database->main, request({}), report()));
+    QVERIFY(run(u"export"_s, request({}), report()));
     QCOMPARE(written(u"Phone_Book.csv"_s), QByteArray());
-    QCOMPARE(m_lines.last(), u"M33: 0"_s);
 }
 
 void tst_phonebook::exportsToAWorkbook()
 {
-    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'BK_NAME', 'Name & more')"_s);
-    addEntry(u"'C1', '0201', '=1+1', 'V', '+33 1', '', '{=A1}', 'http://x/<y>'"_s);
+    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'BK_NAME', 'Name&more')"_s);
+    addEntry(u"'C1', '0201', '=1+1', 'V', '+33', '', '{=A1}', 'http://x/'"_s);
     const auto first = exportToWorkbook(m_database->main, request({}), report());
     const auto second = exportToWorkbook(m_database->main, request({}), report());
     QCOMPARE(first, m_database->folder() + "/Phone_Book.xlsx"_L1);
@@ -381,20 +349,16 @@ void tst_phonebook::exportsToAWorkbook()
     QCOMPARE(m_database->user.shown, QStringList({u"M33: 1"_s, u"M33: 1"_s}));
 
     QStringList texts;
-    QXmlStreamReader strings(partOf(*first, u"xl/sharedStrings.xml"_s));
-    while (!strings.atEnd())
-        if (strings.readNextStartElement() || !strings.atEnd())
-            if (strings.isStartElement() && strings.name() == u"t")
-                texts << strings.readElementText();
-    QCOMPARE(texts, QStringList({u"CO_CODE"_s, u"BK_NUM"_s, u"Name & more"_s, u"BK_FLAG"_s, u"BK_EXTNUM"_s,
-                                 u"BK_FAX"_s, u"BK_GSM"_s, u"BK_MAIL"_s, u"C1"_s, u"0201"_s, u"=1+1"_s,
-                                 u"V"_s, u"+33 1"_s, u"{=A1}"_s, u"http://x/<y>"_s}));
-    const QByteArray sheet = partOf(*first, u"xl/worksheets/sheet1.xml"_s);
-    QVERIFY(!sheet.contains("<f>"));
-    QCOMPARE(sheet.count(" t=\"s\""), 15);
-    QVERIFY(
-        sheet.contains("<pane ySplit=\"1\" topLeftCell=\"A2\" activePane=\"bottomLeft\" state=\"frozen\"/>"));
-    QVERIFY(sheet.contains("<col min=\"3\" max=\"3\" width=\"13.7109375\""));
+    static const QRegularExpression text(u"<t>([^<]*)"_s);
+    for (const QRegularExpressionMatch& found : text.globalMatch(partOf(*first, u"xl/sharedStrings.xml"_s)))
+        texts << found.captured(1);
+    QCOMPARE(texts,
+             u"CO_CODE BK_NUM Name&amp;more BK_FLAG BK_EXTNUM BK_FAX BK_GSM BK_MAIL C1 0201 =1+1 V +33 "
+             "{=A1} http://x/"_s.split(u' '));
+    // Every cell is a text, also what looks like a number or a formula.
+    const QString sheet = partOf(*first, u"xl/worksheets/sheet1.xml"_s);
+    QVERIFY(!sheet.contains("<f>"_L1));
+    QCOMPARE(sheet.count(" t=\"s\""_L1), texts.size());
     QCOMPARE(QDir(m_database->folder()).entryList({u"*.part"_s}), QStringList());
 }
 
@@ -405,9 +369,8 @@ void tst_phonebook::refusesUnwritableFolders()
     for (const QString& taken : {u"/gs_phonebook.xml"_s, u"/Phone_Book.csv"_s, u"/x.xlsx"_s})
         QDir().mkdir(folder + taken);
     m_database->user.yesNoAnswer = true;
-    QVERIFY_THROWS_EXCEPTION(FileError,
-                             generatePhoneBook(m_database->main, {u"C1"_s, u"GXP2000"_s, folder}, report()));
-    QVERIFY_THROWS_EXCEPTION(FileError, exportToCsv(m_database->main, {u"C1"_s, {}, folder}, report()));
+    for (const QString& name : {u"generate"_s, u"export"_s})
+        QVERIFY_THROWS_EXCEPTION(FileError, run(name, {u"C1"_s, u"GXP2000"_s, folder}, report()));
     QVERIFY_THROWS_EXCEPTION(FileError, writeWorkbook(folder + "/none/x.xlsx"_L1, {u"a"_s}, {}));
     QVERIFY_THROWS_EXCEPTION(FileError, writeWorkbook(folder + "/x.xlsx"_L1, {u"a"_s}, {}));
     QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList());

@@ -1,10 +1,6 @@
 #include "support/device_double.h"
 
 #include <QCryptographicHash>
-#include <QRegularExpression>
-#include <QTimer>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -37,10 +33,14 @@ QByteArray md5(const QByteArray& text)
     return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
 }
 
-QByteArray fieldOf(const QByteArray& request, const char* name)
+DeviceBehaviour f1000Device(const QByteArray& password)
 {
-    const QRegularExpression field(u"[ ,]%1=\"?([^\",]*)"_s.arg(QLatin1StringView(name)));
-    return field.match(QString::fromLatin1(request)).captured(1).toLatin1();
+    return [password](QTcpSocket& connection, const QByteArray& received) {
+        const QByteArray credentials =
+            QByteArray("admin:" + password).toBase64(QByteArray::OmitTrailingEquals);
+        const bool known = received.contains("Authorization: Basic " + credentials + "\r\n");
+        send(connection, page(known ? "200 OK" : "401 Unauthorized", "Connection: close\r\n", "settings"));
+    };
 }
 
 } // namespace
@@ -60,7 +60,8 @@ void DeviceDouble::accept()
         const auto answer = [this, connection, number] {
             m_received[number] += connection->readAll();
             Q_EMIT requested(m_received[number]);
-            m_behaviour(*connection, m_received[number]);
+            if (isWhole(m_received[number]))
+                m_behaviour(*connection, m_received[number]);
         };
         connect(connection, &QTcpSocket::readyRead, this, answer);
         connect(connection, &QTcpSocket::disconnected, connection, &QObject::deleteLater);
@@ -71,10 +72,7 @@ void DeviceDouble::accept()
 
 DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits)
 {
-    const auto busyLeft = std::make_shared<int>(busyVisits);
-    return [password, busyLeft](QTcpSocket& connection, const QByteArray& received) {
-        if (!isWhole(received))
-            return;
+    return [password, busyVisits](QTcpSocket& connection, const QByteArray& received) mutable {
         if (received.startsWith("POST /dologin.htm"))
             send(connection, received.contains("\r\n\r\nP2=" + password + "&gnkey=7c3e\r\n")
                                  ? page("200 OK", "Set-Cookie: session=0a1b2c; path=/\r\n", "welcome")
@@ -84,58 +82,49 @@ DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits)
                  page("200 OK", {},
                       received.contains("\r\nCookie: session=0a1b2c\r\n") ? "rebooting" : "log in"));
         else
-            send(connection, page("200 OK", {}, (*busyLeft)-- > 0 ? "The device is busy" : "log in"));
+            send(connection, page("200 OK", {}, busyVisits-- > 0 ? "The device is busy" : "log in"));
     };
 }
 
 DeviceBehaviour pap2Device(const QByteArray& password, int staleVisits)
 {
-    const auto staleLeft = std::make_shared<int>(staleVisits);
-    const auto nonce = std::make_shared<QByteArray>("n0nce");
-    return [password, staleLeft, nonce](QTcpSocket& connection, const QByteArray& received) {
-        if (!isWhole(received))
-            return;
-        const QByteArray expected =
-            md5(md5("admin:Phone Admin:" + password) + ':' + *nonce + ':' + fieldOf(received, "nc") + ':' +
-                fieldOf(received, "cnonce") + ":auth:" + md5("GET:/admin/reboot"));
-        const bool isRight = fieldOf(received, "response") == expected;
-        const bool isStale = isRight && (*staleLeft)-- > 0;
+    return [password, staleVisits, nonce = "n0nce"_ba](QTcpSocket& connection,
+                                                       const QByteArray& received) mutable {
+        const QByteArray response =
+            md5(md5("admin:Phone Admin:" + password) + ':' + nonce +
+                ":00000001:5b0e2d7a91c84f36a2e07d1b9c4f6a83:auth:" + md5("GET:/admin/reboot"));
+        const bool isRight = received.contains(" response=\"" + response + '"');
+        const bool isStale = isRight && staleVisits-- > 0;
         if (isStale)
-            *nonce += '+';
+            nonce += '+';
         if (isRight && !isStale)
             send(connection, page("200 OK", {}, "rebooting"));
         else
             send(connection, page("401 Unauthorized",
                                   "WWW-Authenticate: Digest realm=\"Phone Admin\", domain=\"/\", nonce=\"" +
-                                      *nonce + "\", opaque=\"0paque\", qop=\"auth\", algorithm=\"MD5\"" +
+                                      nonce + "\", opaque=\"0paque\", qop=\"auth\", algorithm=\"MD5\"" +
                                       (isStale ? ", stale=true" : "") + "\r\n",
                                   "who are you?"));
     };
 }
 
-DeviceBehaviour f1000Device(const QByteArray& password)
+DeviceBehaviour deviceOf(const QString& model, const QByteArray& password)
 {
-    return [password](QTcpSocket& connection, const QByteArray& received) {
-        if (!isWhole(received))
-            return;
-        const QByteArray credentials =
-            QByteArray("admin:" + password).toBase64(QByteArray::OmitTrailingEquals);
-        const bool known = received.contains("Authorization: Basic " + credentials + "\r\n");
-        send(connection, page(known ? "200 OK" : "401 Unauthorized", "Connection: close\r\n", "settings"));
-    };
+    if (model == "GXP2000"_L1)
+        return gxp2000Device(password);
+    return model == "PAP2"_L1 ? pap2Device(password) : f1000Device(password);
 }
 
-DeviceBehaviour inTurn(const QList<QByteArray>& replies, int closingAfter)
+DeviceBehaviour inTurn(const QList<QByteArray>& replies, Afterwards afterwards)
 {
-    const auto left = std::make_shared<QList<QByteArray>>(replies);
-    return [left, closingAfter](QTcpSocket& connection, const QByteArray& received) {
-        if (!isWhole(received) || received.count(" HTTP/1.") > 1)
-            return;
-        connection.write(left->size() > 1 ? left->takeFirst() : left->first());
-        if (closingAfter == 0)
+    return [left = replies, afterwards](QTcpSocket& connection, const QByteArray& received) mutable {
+        bool closes = afterwards != Afterwards::StaysOpen;
+        if (received.count(" HTTP/1.") == 1) {
+            closes = afterwards == Afterwards::Closes || (closes && left.size() == 1);
+            connection.write(left.size() > 1 ? left.takeFirst() : left.first());
+        }
+        if (closes)
             connection.disconnectFromHost();
-        else
-            QTimer::singleShot(closingAfter, &connection, [&connection] { connection.disconnectFromHost(); });
     };
 }
 

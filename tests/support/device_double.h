@@ -9,7 +9,8 @@
 
 namespace velmora {
 
-/// What a device does when something has come on a connection: `received` is everything that has come on it.
+/// What a device does when something has come on a connection, and a whole request is there: `received` is
+/// everything that has come on it.
 using DeviceBehaviour = std::function<void(QTcpSocket& connection, const QByteArray& received)>;
 
 /// One device. Its connections live as long as it does.
@@ -42,10 +43,13 @@ DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits = 0);
 /// A PAP2 that challenges, and checks the answer. The nonce has grown old for the first `staleVisits` right
 /// ones.
 DeviceBehaviour pap2Device(const QByteArray& password, int staleVisits = 0);
-/// An F1000 that shows its page to whoever knows the password, and takes its form.
-DeviceBehaviour f1000Device(const QByteArray& password);
-/// Answers the first request of each connection with the next reply, the last one over and over, and closes
-/// the connection after so many milliseconds; what else comes on it meets the close.
-DeviceBehaviour inTurn(const QList<QByteArray>& replies, int closingAfter = 0);
+/// A device of that model; an F1000 shows its page to whoever knows the password, and takes its form.
+DeviceBehaviour deviceOf(const QString& model, const QByteArray& password);
+
+/// What a device does with the connection on which it has answered; one that closes on the next request does
+/// so only until its last reply, after which it closes at once.
+enum class Afterwards { Closes, ClosesOnNextRequest, StaysOpen };
+/// Answers the first request of each connection with the next reply, the last one over and over.
+DeviceBehaviour inTurn(const QList<QByteArray>& replies, Afterwards afterwards = Afterwards::Closes);
 
 } // namespace velmora

@@ -4,7 +4,6 @@
 #include "support/device_double.h"
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QTextStream>
 
 #include <memory>
@@ -12,17 +11,6 @@
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
-
-namespace {
-
-DeviceBehaviour behaviourOf(const QString& model, const QByteArray& password)
-{
-    if (model == "GXP2000"_L1)
-        return gxp2000Device(password);
-    return model == "PAP2"_L1 ? pap2Device(password) : f1000Device(password);
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {
@@ -36,7 +24,7 @@ int main(int argc, char** argv)
             continue;
         const quint16 port = devices.empty() ? quint16{0} : devices.front()->port();
         devices.push_back(
-            std::make_unique<DeviceDouble>(behaviourOf(words[0], words[2].toLatin1()), words[1], port));
+            std::make_unique<DeviceDouble>(deviceOf(words[0], words[2].toLatin1()), words[1], port));
         if (!devices.back()->isListening()) {
             QTextStream(stderr) << "can't listen at " << words[1] << '\n';
             return 1;
