@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <unistd.h>
@@ -17,26 +18,20 @@ using namespace velmora;
 
 namespace {
 
-/// While it lives, this process has no more rights in the folder than any user: to root all files are
-/// writable.
-class WithoutPower {
-public:
-    explicit WithoutPower(const QString& folder) : m_before(geteuid())
-    {
-        if (m_before != 0)
-            return;
+/// Until the end of the block, this process has no more rights in the folder than any user: to root all files
+/// are writable.
+[[nodiscard]] auto withoutPower(const QString& folder)
+{
+    constexpr uid_t anybody = 65534;
+    const uid_t before = geteuid();
+    if (before == 0)
         for (const QFileInfo& entry : QDir(folder).entryInfoList(QDir::NoDotDot | QDir::AllEntries))
-            QCOMPARE(chown(entry.filePath().toLocal8Bit().constData(), anybody, anybody), 0);
-        QCOMPARE(setresuid(anybody, anybody, m_before), 0);
-    }
-    ~WithoutPower() { QCOMPARE(setresuid(m_before, m_before, m_before), 0); }
-    WithoutPower(const WithoutPower&) = delete;
-    WithoutPower& operator=(const WithoutPower&) = delete;
-
-private:
-    static constexpr uid_t anybody = 65534;
-    const uid_t m_before;
-};
+            QTest::qVerify(chown(qPrintable(entry.filePath()), anybody, anybody) == 0, "chown", "", __FILE__,
+                           __LINE__);
+    QTest::qVerify(before != 0 || setresuid(anybody, anybody, before) == 0, "setresuid", "", __FILE__,
+                   __LINE__);
+    return qScopeGuard([before] { QCOMPARE(setresuid(before, before, before), 0); });
+}
 
 } // namespace
 
@@ -189,7 +184,7 @@ void tst_start_up::tellsWhatCanNotBeWritten()
     create();
     if (!QFile::exists(m_folder->file(name)))
         m_folder->write(name, "x"); // the engine gives an empty one the permissions of the database
-    const WithoutPower user(m_folder->path());
+    const auto user = withoutPower(m_folder->path());
     const auto permissions = QFile::permissions(m_folder->file(name));
     QVERIFY(
         QFile::setPermissions(m_folder->file(name), permissions & ~(QFile::WriteUser | QFile::WriteOwner)));

@@ -25,19 +25,6 @@ void executeOnServer(const QString& statement)
     execute(onTestServer(u"information_schema"_s), statement);
 }
 
-QStringList rowsOf(Connection& connection, const QString& query)
-{
-    QStringList rows;
-    Cursor cursor = connection.cursor(query);
-    while (cursor.next()) {
-        QStringList fields;
-        for (int field = 0; field < cursor.fieldCount(); ++field)
-            fields << cursor.text(field);
-        rows << fields.join(u'|');
-    }
-    return rows;
-}
-
 } // namespace
 
 bool onServer()
@@ -78,7 +65,15 @@ QStringList rowsOf(const QString& database, const QString& query)
 {
     Connection connection;
     connection.open(database);
-    return rowsOf(connection, query);
+    QStringList rows;
+    Cursor cursor = connection.cursor(query);
+    while (cursor.next()) {
+        QStringList fields;
+        for (int field = 0; field < cursor.fieldCount(); ++field)
+            fields << cursor.text(field);
+        rows << fields.join(u'|');
+    }
+    return rows;
 }
 
 QStringList everyRow(const QString& database)
@@ -87,7 +82,7 @@ QStringList everyRow(const QString& database)
     connection.open(database);
     QStringList rows;
     for (const QString& table : connection.tables())
-        rows << rowsOf(connection, "SELECT '"_L1 + table + "', "_L1 + table + ".* FROM "_L1 + table);
+        rows << rowsOf(database, "SELECT '"_L1 + table + "', "_L1 + table + ".* FROM "_L1 + table);
     rows.sort();
     return rows;
 }
