@@ -9,7 +9,6 @@
 #include "support/test_database.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
 
@@ -30,7 +29,6 @@ private Q_SLOTS:
     void connectsAnewAfterALoss();
     void keepsNothingOfALostTransaction();
     void goesOnAfterTheServerIsBack();
-    void keepsNothingOfALostSeedLoad();
     void finishesACreationThatWasCutOff();
     void servesTwoInstallersAtOnce();
 
@@ -206,25 +204,6 @@ void tst_server::goesOnAfterTheServerIsBack()
         QVERIFY_THROWS_EXCEPTION(DatabaseError, generate([] {}));
     QCOMPARE(control(u"resume"_s), 0);
     QVERIFY(generate([] {}));
-}
-
-void tst_server::keepsNothingOfALostSeedLoad()
-{
-    const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
-    QVERIFY(!Start(folder).ready);
-    QByteArray seed;
-    for (int row = 0; row < 500; ++row)
-        seed += "010142V;SYSTEM_PARAMETERS;SEED;" + QByteArray::number(row) + ";x\n";
-    folder.write(u"tarvel.csv"_s, seed);
-    const Start lost(folder, {}, killAt(100));
-    QVERIFY(!lost.ready);
-    QCOMPARE(lost.user.shown.size(), 1);
-    QVERIFY(QFile::exists(folder.file(u"tarvel.csv"_s)));
-    const Start next(folder);
-    QVERIFY(next.ready);
-    QCOMPARE(next.user.shown, QStringList());
-    QCOMPARE(rowsOf(folder.working(), u"SELECT * FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'SEED'"_s).size(),
-             500);
 }
 
 /// In its tables, then in its rows.

@@ -140,6 +140,7 @@ void tst_start_up::refuses()
     QFETCH(QString, inFactory);
     QFETCH(QString, shown);
     QFETCH(QString, details);
+    QFETCH(int, tables);
     QVERIFY(QDir(m_folder->path()).mkdir(u"taken.db-wal"_s));
     for (const QString& statement : inFactory.split("; "_L1, Qt::SkipEmptyParts))
         execute(factory(), statement);
@@ -151,11 +152,12 @@ void tst_start_up::refuses()
     QVERIFY2(start.user.shown[0].startsWith(shown), qPrintable(start.user.shown[0]));
     QVERIFY2(start.user.details[0].contains(QRegularExpression(details)), qPrintable(start.user.details[0]));
     QVERIFY(!start.user.details[0].contains("ecret"_L1));
-    for (const QString& name : {u"none.db"_s, u"taken.db"_s})
-        QVERIFY(!QFile::exists(m_folder->file(name)));
+    QStringList files = QDir(m_folder->path()).entryList({u"*.db"_s});
+    files.removeAll(tables == 0 ? QString() : u"velmora.db"_s);
+    QCOMPARE(files, QStringList(u"factory.db"_s));
     Connection left;
     left.open(m_folder->working());
-    QTEST(static_cast<int>(left.tables().size()), "tables");
+    QCOMPARE(left.tables().size(), tables);
     left.closeUnused();
     if (!working.isEmpty())
         return;
