@@ -19,31 +19,31 @@ using namespace velmora;
 namespace {
 
 /// Writes every file with its origin as its content, so that a copy tells where it comes from.
-void make(const QString& folder, const QStringList& files, const QByteArray& origin)
+void make(const QString& folder, const QString& files, const QByteArray& origin)
 {
-    for (const QString& file : files) {
+    for (const QString& file : files.split(u' ', Qt::SkipEmptyParts)) {
         const QString path = folder + u'/' + file;
         QVERIFY(QDir().mkpath(QFileInfo(path).path()));
         writeWholeFile(path, origin);
     }
 }
 
-/// All files and folders of files in the folder, as "name=origin".
-QStringList found(const QString& folder)
+/// All files in the folder, as "name=origin", and all empty folders, as "name/".
+QString found(const QString& folder)
 {
     QStringList entries;
     QDirIterator files(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
-        files.next();
+        const QString path = files.next();
+        const QString name = QDir(folder).relativeFilePath(path);
         if (files.fileInfo().isFile())
-            entries << QDir(folder).relativeFilePath(files.filePath()) + u'=' +
-                           QString::fromUtf8(readWholeFile(files.filePath()));
-        else if (QDir(files.filePath()).isEmpty())
-            entries << QDir(folder).relativeFilePath(files.filePath()) + u'/';
+            entries << name + u'=' + QString::fromUtf8(readWholeFile(path));
+        else if (QDir(path).isEmpty())
+            entries << name + u'/';
     }
     entries.sort();
-    return entries;
+    return entries.join(u' ');
 }
 
 } // namespace
@@ -64,46 +64,34 @@ void tst_first_start::cleanup()
 
 void tst_first_start::fills_data()
 {
-    using Files = QStringList;
-    const Files all = {u"ParamDB.txt"_s, u"factory.db"_s, u"demo.csv"_s, u"manual.htm"_s,
-                       u"manual/fr/a.htm"_s};
-    const Files least = {u"ParamDB.txt"_s, u"factory.db"_s};
-    columns<Files, Files, QString, QString, Files, QString>("share", "user", "option", "variable", "after",
-                                                            "message");
-    row("everything", all, Files(), "", "",
-        Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=share"_s, u"velmora/manual.htm=share"_s,
-              u"velmora/manual/fr/a.htm=share"_s},
+    columns<QString, QString, QString, QString, QString, QString>("share", "user", "option", "variable",
+                                                                  "after", "message");
+    const QString all = u"ParamDB.txt factory.db demo.csv manual.htm manual/fr/a.htm"_s;
+    const QString least = u"ParamDB.txt factory.db"_s;
+    const QString leastCopied = u"velmora/ParamDB.txt=share velmora/factory.db=share"_s;
+    row("everything", all, "", "", "",
+        leastCopied + " velmora/manual.htm=share velmora/manual/fr/a.htm=share"_L1, "");
+    row("what is there stays", all, "velmora/factory.db velmora/manual/own.htm", "", "",
+        "velmora/ParamDB.txt=share velmora/factory.db=user velmora/manual.htm=share "
+        "velmora/manual/own.htm=user",
         "");
-    row("no manual", least, Files(), "", "",
-        Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=share"_s}, "");
-    row("what is there stays", all, Files{u"velmora/factory.db"_s, u"velmora/manual/own.htm"_s}, "", "",
-        Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=user"_s, u"velmora/manual.htm=share"_s,
-              u"velmora/manual/own.htm=user"_s},
-        "");
-    row("one that was killed before", least,
-        Files{unfinishedName(u"velmora/filling-abc"_s) + "/factory.db"_L1}, "", "",
-        Files{u"velmora/ParamDB.txt=share"_s, u"velmora/factory.db=share"_s}, "");
-    row("filled before: only the manual is renewed", all,
-        Files{u"velmora/ParamDB.txt"_s, u"velmora/manual.htm"_s}, "", "",
-        Files{u"velmora/ParamDB.txt=user"_s, u"velmora/manual.htm=share"_s,
-              u"velmora/manual/fr/a.htm=share"_s},
-        "");
-    row("filled before, without a manual to renew", least, Files{u"velmora/ParamDB.txt"_s}, "", "",
-        Files{u"velmora/ParamDB.txt=user"_s}, "");
-    row("chosen by option", all, Files{u"chosen/x"_s}, "chosen", "", Files{u"chosen/x=user"_s}, "");
-    row("chosen by variable", all, Files{u"chosen/x"_s}, "", "chosen", Files{u"chosen/x=user"_s}, "");
-    row("the user's folder, chosen", all, Files(), "velmora", "", Files(), "");
-    row("nothing installed", Files(), Files(), "", "", Files(), "");
-    row("half installed", Files{u"ParamDB.txt"_s}, Files(), "", "", Files{u"velmora/"_s},
+    row("one that was killed before", least, unfinishedName(u"velmora/filling-abc"_s) + "/factory.db"_L1, "",
+        "", leastCopied, "");
+    row("filled before: only the manual is renewed", all, "velmora/ParamDB.txt velmora/manual.htm", "", "",
+        "velmora/ParamDB.txt=user velmora/manual.htm=share velmora/manual/fr/a.htm=share", "");
+    row("chosen by option", all, "chosen/x", "chosen", "", "chosen/x=user", "");
+    row("chosen by variable", all, "chosen/x", "", "chosen", "chosen/x=user", "");
+    row("nothing installed", "", "", "", "", "", "");
+    row("half installed", "ParamDB.txt", "", "", "", "velmora/",
         "Velmora can't start: .*share/factory.db: .+");
-    row("a file in the way", least, Files{u"velmora"_s}, "", "", Files{u"velmora=user"_s},
+    row("a file in the way", least, "velmora", "", "", "velmora=user",
         "Velmora can't start: .*/velmora: the folder can't be made");
 }
 
 void tst_first_start::fills()
 {
-    QFETCH(QStringList, share);
-    QFETCH(QStringList, user);
+    QFETCH(QString, share);
+    QFETCH(QString, user);
     QFETCH(QString, option);
     QFETCH(QString, variable);
     QFETCH(QString, message);

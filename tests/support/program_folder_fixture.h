@@ -1,6 +1,8 @@
-// A program folder of a test's own.
+// A program folder of a test's own, and starts of the program in it.
 #pragma once
 
+#include "common/MMain.h"
+#include "support/recorded_prompts.h"
 #include "support/test_engine.h"
 
 #include <QByteArray>
@@ -18,6 +20,8 @@ public:
     QString path() const { return m_folder.path(); }
     QString file(const QString& name) const { return m_folder.filePath(name); }
     void write(const QString& name, const QByteArray& content) const;
+    /// Makes ParamDB.txt name these two databases.
+    void writeParamDB(const QString& working, const QString& original) const;
     /// The working database.
     QString working() const { return m_working.connectionString(); }
     /// The database in a file of the folder.
@@ -29,6 +33,17 @@ public:
 private:
     QTemporaryDir m_folder;
     EmptyDatabase m_working;
+};
+
+/// One start of the program in the folder, by the user "jdoe".
+struct Start {
+    /// `answer` is what the user answers; `onEvents` runs whenever window events may run.
+    explicit Start(const ProgramFolderFixture& folder, const std::optional<QString>& answer = {},
+                   const std::function<void()>& onEvents = {});
+
+    RecordedPrompts user;
+    MMain main;
+    bool ready = false;
 };
 
 } // namespace velmora

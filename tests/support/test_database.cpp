@@ -20,13 +20,9 @@ TestDatabase::TestDatabase() : m_empty(m_folder.filePath(u"test.db"_s)), main(u"
     for (const QString& level : {u"E"_s, u"C"_s, u"P"_s, u"D"_s})
         run("INSERT INTO LEVELS VALUES('"_L1 + level + "', 'x')"_L1);
     run(u"INSERT INTO TYPES VALUES('T', 'x')"_s);
-    QList<int> codes;
-    for (int code = 1; code <= 34; ++code)
-        codes << code;
-    for (int code = 200; code <= 208; ++code)
-        codes << code;
-    for (const int code : codes)
-        run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M%1', 'M%1: $$')"_s.arg(code));
+    for (int code = 1; code <= 208; ++code)
+        if (code <= 34 || code >= 200)
+            run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M%1', 'M%1: $$')"_s.arg(code));
 }
 
 QString TestDatabase::value(const QString& query)
@@ -38,20 +34,19 @@ QString TestDatabase::value(const QString& query)
 void TestDatabase::addPhone(const QString& company, const QString& equipment, const QString& code,
                             const QString& description, const QString& mac)
 {
-    const auto addOnce = [this](const QString& table, const QStringList& keys, const QStringList& row) {
-        QStringList conditions;
-        for (qsizetype key = 0; key < keys.size(); ++key)
-            conditions << keys[key] + " = ?"_L1;
-        const QString query = "SELECT 1 FROM "_L1 + table + " WHERE "_L1 + conditions.join(" AND "_L1);
-        if (main.connection.select(query, row.first(keys.size())).eof())
-            main.connection.execute("INSERT INTO "_L1 + table + " VALUES("_L1 +
-                                        QStringList(row.size(), u"?"_s).join(u',') + u')',
-                                    row);
+    const auto addOnce = [this](const QString& table, const QStringList& row) {
+        const QString marks = QStringList(row.size(), u"?"_s).join(u',');
+        try {
+            main.connection.execute("INSERT INTO "_L1 + table + " VALUES("_L1 + marks + u')', row);
+        } catch (const DatabaseError& error) {
+            if (error.reason() != DatabaseError::Reason::DuplicateKey)
+                throw;
+        }
     };
-    addOnce(u"COMPANY"_s, {u"CO_CODE"_s}, {company, u"company"_s});
-    addOnce(u"EQUIPMENT"_s, {u"EQ_CODE"_s},
+    addOnce(u"COMPANY"_s, {company, u"company"_s});
+    addOnce(u"EQUIPMENT"_s,
             {equipment, u"model"_s, equipment == "GXP2000"_L1 ? u"GRANDSTREAM"_s : equipment});
-    addOnce(u"RANGES"_s, {u"CO_CODE"_s, u"PH_CODE"_s}, {company, code});
+    addOnce(u"RANGES"_s, {company, code});
     main.connection.execute(u"INSERT INTO PHONES VALUES(?, ?, ?, ?, ?)"_s,
                             {company, code, equipment, description, mac});
 }

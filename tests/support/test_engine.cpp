@@ -22,9 +22,7 @@ QString onTestServer(const QString& database)
 
 void executeOnServer(const QString& statement)
 {
-    Connection server;
-    server.open(onTestServer(u"information_schema"_s));
-    server.execute(statement);
+    execute(onTestServer(u"information_schema"_s), statement);
 }
 
 } // namespace
@@ -54,6 +52,39 @@ EmptyDatabase::~EmptyDatabase()
     } catch (const DatabaseError&) {
         // The server has gone, and its data with it.
     }
+}
+
+void execute(const QString& database, const QString& statement)
+{
+    Connection connection;
+    connection.open(database);
+    connection.execute(statement);
+}
+
+QStringList rowsOf(const QString& database, const QString& query)
+{
+    Connection connection;
+    connection.open(database);
+    QStringList rows;
+    Cursor cursor = connection.cursor(query);
+    while (cursor.next()) {
+        QStringList fields;
+        for (int field = 0; field < cursor.fieldCount(); ++field)
+            fields << cursor.text(field);
+        rows << fields.join(u'|');
+    }
+    return rows;
+}
+
+QStringList everyRow(const QString& database)
+{
+    Connection connection;
+    connection.open(database);
+    QStringList rows;
+    for (const QString& table : connection.tables())
+        rows << rowsOf(database, "SELECT '"_L1 + table + "', "_L1 + table + ".* FROM "_L1 + table);
+    rows.sort();
+    return rows;
 }
 
 } // namespace velmora

@@ -1,7 +1,7 @@
 // The database engine that a test program runs against.
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 namespace velmora {
 
@@ -24,5 +24,12 @@ private:
     QString m_connectionString;
     QString m_name;
 };
+
+/// Runs a statement on the database that the connection string names.
+void execute(const QString& database, const QString& statement);
+/// The rows of a query there, the fields of each apart by "|".
+QStringList rowsOf(const QString& database, const QString& query);
+/// Every row of that database, behind the name of its table, sorted.
+QStringList everyRow(const QString& database);
 
 } // namespace velmora
