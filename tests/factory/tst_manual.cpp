@@ -4,6 +4,7 @@
 #include "files/file_error.h"
 #include "files/separated_values.h"
 #include "files/whole_file.h"
+#include "support/rows.h"
 
 #include <QDir>
 #include <QFileInfo>
