@@ -26,6 +26,7 @@ Prompts noPrompts()
     const auto nothing = [](const QString&, const QString&) { return std::optional<QString>(); };
     return {[](const QString& text, const QString&) { std::fprintf(stderr, "%s\n", qPrintable(text)); },
             [](const QString&, const QString&) { return true; },
+            [](const QString&, const QString&) { return true; },
             nothing,
             nothing,
             [](const QString&) { return std::optional<QString>(); },

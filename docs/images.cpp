@@ -160,6 +160,7 @@ int main(int argc, char** argv)
             QTextStream(stderr) << text << '\n' << details << '\n';
         },
         [](const QString&, const QString&) { return true; },
+        [](const QString&, const QString&) { return true; },
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&) { return std::optional<QString>(); },

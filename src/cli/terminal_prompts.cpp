@@ -54,9 +54,11 @@ bool askYesNo(const QString& question)
 
 Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
 {
+    const auto confirm = [yes](const QString& question, const QString&) { return yes || askYesNo(question); };
     return {
         show,
-        [yes](const QString& question, const QString&) { return yes || askYesNo(question); },
+        confirm,
+        confirm, // a bare Enter is no here, whatever is asked
         [actAs](const QString& question, const QString& proposal) {
             return actAs ? actAs : ask(question + " ["_L1 + proposal + u']');
         },

@@ -69,7 +69,8 @@ QString MMain::GetParameterValue(const QString& code)
         query("SELECT PA_DEFAULT, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE EQ_CODE = '"_L1 + phone.equipment +
               "' AND PA_CODE = '"_L1 + code + "'"_L1);
     const auto refuse = [&](const QString& message) {
-        showMessage(message, code);
+        bool show = true;
+        GetMessage(message, code, show, describe(phone));
         return QString();
     };
     if (parameter.eof())
@@ -94,9 +95,11 @@ QString MMain::GetParameterValue(const QString& code)
 
 QString MMain::ExpandMacros(const QString& value, MacroContext context)
 {
-    const MacroExpansion expansion = expandMacros(value, currentPhone(), context);
+    const Phone phone = currentPhone();
+    const MacroExpansion expansion = expandMacros(value, phone, context);
     if (!expansion.refusedToken.isEmpty()) {
-        showMessage(u"M6"_s, expansion.refusedToken);
+        bool show = true;
+        GetMessage(u"M6"_s, expansion.refusedToken, show, describe(phone));
         stopFlag = stopFlag || expansion.unknownName;
     }
     return expansion.text;

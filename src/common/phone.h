@@ -13,4 +13,7 @@ struct Phone {
     QString mac;
 };
 
+/// The phone as messages name it: code and name.
+QString describe(const Phone& phone);
+
 } // namespace velmora

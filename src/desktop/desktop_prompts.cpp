@@ -37,13 +37,23 @@ void show(const QString& text, const QString& details)
     box.exec();
 }
 
-bool askYesNo(const QString& question, const QString& title)
+bool ask(const QString& question, const QString& title, QMessageBox::StandardButton proposal)
 {
     QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::No); // every question is about something that would be lost or replaced
+    box.setDefaultButton(proposal);
     return box.exec() == QMessageBox::Yes;
+}
+
+bool askYesNo(const QString& question, const QString& title)
+{
+    return ask(question, title, QMessageBox::No);
+}
+
+bool askToGoOn(const QString& question, const QString& title)
+{
+    return ask(question, title, QMessageBox::Yes);
 }
 
 std::optional<QString> askText(const QString& question, const QString& proposal)
@@ -78,7 +88,13 @@ std::optional<QString> chooseFolder(const QString& startFolder)
 
 Prompts desktopPrompts()
 {
-    return {show, askYesNo, askText, askPassword, chooseFolder, [] { QCoreApplication::processEvents(); }};
+    return {show,
+            askYesNo,
+            askToGoOn,
+            askText,
+            askPassword,
+            chooseFolder,
+            [] { QCoreApplication::processEvents(); }};
 }
 
 } // namespace velmora

@@ -1,5 +1,6 @@
 #include "factory/manual.h"
 
+#include "factory/markdown.h"
 #include "files/file_error.h"
 #include "files/separated_values.h"
 #include "files/whole_file.h"
@@ -142,6 +143,18 @@ QString firstPage(const Sources& sources, const QHash<QString, QString>& content
     });
 }
 
+/// Where a link of a page leads from the folder of the Markdown pages.
+QString targetInDocs(const QString& target)
+{
+    if (target.startsWith(u'#'))
+        return target;
+    if (target == "../manual.htm"_L1)
+        return u"../README.md"_s;
+    if (target.endsWith(".htm"_L1))
+        return "manual-"_L1 + target.chopped(4) + ".md"_L1;
+    return "images/"_L1 + target;
+}
+
 } // namespace
 
 void writeManual(const QString& dataFolder, const QString& imageFolder, const QString& outputFolder)
@@ -159,6 +172,16 @@ void writeManual(const QString& dataFolder, const QString& imageFolder, const QS
     }
     // Last, since its time is for the build that of the whole manual.
     writeWholeFile(outputFolder + "/manual.htm"_L1, firstPage(sources, contents).toUtf8());
+}
+
+void writeManualAsMarkdown(const QString& dataFolder, const QString& docsFolder)
+{
+    const Sources sources = readSources(dataFolder);
+    const QString origin =
+        u"<!-- Made from data/manual and data/texts.csv by the target manual_pages. -->\n\n"_s;
+    for (qsizetype language = 1; language < sources.texts[0].size(); ++language)
+        writeWholeFile(docsFolder + "/manual-"_L1 + sources.texts[0][language].toLower() + ".md"_L1,
+                       (origin + markdownOf(languagePage(sources, language), targetInDocs)).toUtf8());
 }
 
 } // namespace velmora

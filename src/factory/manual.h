@@ -15,4 +15,9 @@ namespace velmora {
 /// Throws FileError naming a template with another placeholder, or a file that is missing.
 void writeManual(const QString& dataFolder, const QString& imageFolder, const QString& outputFolder);
 
+/// Writes manual-en.md and manual-fr.md, the same pages in Markdown, into `docsFolder`, whose folder "images"
+/// holds their images. Throws as writeManual does, and std::invalid_argument for an element that Markdown has
+/// not.
+void writeManualAsMarkdown(const QString& dataFolder, const QString& docsFolder);
+
 } // namespace velmora

@@ -21,11 +21,6 @@ namespace velmora {
 
 namespace {
 
-QString describe(const Phone& phone)
-{
-    return phone.code + " - "_L1 + phone.description;
-}
-
 /// Whether a name that is made of database texts is that of a file, and does not lead to another folder.
 bool isFileName(const QString& name)
 {

@@ -62,12 +62,17 @@ QByteArray semicolonSeparated(const QList<QStringList>& rows)
     return file;
 }
 
+QString csvPath(const PhoneBookRequest& request)
+{
+    return pathIn(localFolder(request.folder), u"Phone_Book.csv"_s);
+}
+
 bool exportToCsv(MMain& main, const PhoneBookRequest& request, const RunReport& report)
 {
     main.stopFlag = false;
     if (!openPhones(main, request))
         return false;
-    const QString path = pathIn(localFolder(request.folder), u"Phone_Book.csv"_s);
+    const QString path = csvPath(request);
     if (QFileInfo::exists(path) &&
         !main.prompts.askYesNo(main.messageLine(u"M32"_s, path), main.textOr(u"FPBEXP"_s, u"Velmora"_s))) {
         main.showMessage(u"M33"_s, u"0"_s);

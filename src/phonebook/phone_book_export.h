@@ -20,6 +20,9 @@ QByteArray semicolonSeparated(const QList<QStringList>& rows);
 /// DatabaseError and FileError.
 bool exportToCsv(MMain& main, const PhoneBookRequest& request, const RunReport& report);
 
+/// The file that exportToCsv writes.
+QString csvPath(const PhoneBookRequest& request);
+
 /// The same into a new workbook with column headings, whose path is returned; an older workbook is never
 /// replaced.
 std::optional<QString> exportToWorkbook(MMain& main, const PhoneBookRequest& request,

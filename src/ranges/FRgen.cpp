@@ -16,7 +16,9 @@ FRgen::FRgen(MMain& main)
       m_company(new QComboBox),
       m_from(new QLineEdit),
       m_to(new QLineEdit),
-      m_remove(new QCheckBox(u"Delete"_s))
+      m_remove(new QCheckBox(u"Delete"_s)),
+      m_addCaption(main.textOr(u"FRGEN_GENERATE"_s, u"Generate"_s)),
+      m_removeCaption(main.textOr(u"FRGEN_REMOVE"_s, m_addCaption))
 {
     addInput(createForm());
     for (const ListEntry& company : companies(m_main))
@@ -25,7 +27,9 @@ FRgen::FRgen(MMain& main)
     connect(m_company, &QComboBox::activated, this, &FRgen::enableStart);
     connect(m_from, &QLineEdit::textChanged, this, &FRgen::enableStart);
     connect(m_to, &QLineEdit::textChanged, this, &FRgen::enableStart);
+    connect(m_remove, &QCheckBox::toggled, this, &FRgen::nameStart);
     complete();
+    nameStart();
 }
 
 QWidget* FRgen::createForm()
@@ -58,6 +62,12 @@ QString FRgen::missing() const
     const bool complete =
         m_company->currentIndex() >= 0 && !m_from->text().isEmpty() && !m_to->text().isEmpty();
     return complete ? QString() : u"M284"_s;
+}
+
+/// Says on the start button what becomes of the codes.
+void FRgen::nameStart()
+{
+    setStartCaption(m_remove->isChecked() ? m_removeCaption : m_addCaption);
 }
 
 bool FRgen::run()

@@ -20,11 +20,14 @@ private:
     bool run() override;
     void stop() override;
     QString missing() const override;
+    void nameStart();
 
     QComboBox* m_company;
     QLineEdit* m_from;
     QLineEdit* m_to;
     QCheckBox* m_remove;
+    QString m_addCaption;
+    QString m_removeCaption;
 };
 
 } // namespace velmora

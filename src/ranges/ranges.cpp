@@ -18,6 +18,9 @@ namespace {
 /// rest.
 constexpr qint64 codesTogether = 1000;
 
+/// Of the boxes that ask.
+constexpr auto title = "Range Generation"_L1;
+
 class Ranges {
 public:
     Ranges(MMain& main, const RangeRequest& request, const RunReport& report)
@@ -153,13 +156,21 @@ int codeWidth(MMain& main)
     return 0;
 }
 
-/// Whether the company exists and its range can hold codes up to `last`; shown otherwise (M291, M292).
-bool canHold(MMain& main, const QString& company, qint64 last)
+/// The company, as a list shows it; nothing, after a message (M291), where there is none.
+std::optional<QString> companyText(MMain& main, const QString& code)
 {
-    if (main.connection.select(u"SELECT CO_CODE FROM COMPANY WHERE CO_CODE = ?"_s, {company}).eof()) {
-        main.showMessage(u"M291"_s, company);
-        return false;
+    const Recordset company =
+        main.connection.select(u"SELECT CO_CODE, CO_DESC FROM COMPANY WHERE CO_CODE = ?"_s, {code});
+    if (company.eof()) {
+        main.showMessage(u"M291"_s, code);
+        return std::nullopt;
     }
+    return company.text(0) + " - "_L1 + company.text(1);
+}
+
+/// Whether a range can hold codes up to `last`; shown otherwise (M292).
+bool canHold(MMain& main, qint64 last)
+{
     const QString code = QString::number(last);
     const int width = codeWidth(main);
     if (width > 0 && code.size() > width) {
@@ -167,6 +178,18 @@ bool canHold(MMain& main, const QString& company, qint64 last)
         return false;
     }
     return true;
+}
+
+/// Asks whether to go on, with everything that depends on it; where the database has but the general question
+/// (M26), with the number alone.
+bool confirm(MMain& main, const RangeRequest& request, const QString& company, qint64 count)
+{
+    const QString number = QString::number(count);
+    const QString specific = main.GetDescription(request.remove ? u"M26_DEL"_s : u"M26_ADD"_s);
+    const QString question = specific.isEmpty() ? main.messageLine(u"M26"_s, number)
+                                                : specific.arg(company, number, request.from, request.to);
+    const auto& ask = request.remove ? main.prompts.askYesNo : main.prompts.askToGoOn;
+    return ask(question, title);
 }
 
 } // namespace
@@ -178,12 +201,13 @@ bool generateRanges(MMain& main, const RangeRequest& request, const RunReport& r
         main.showMessage(u"M24"_s);
         return false;
     }
-    const QString title = u"Range Generation"_s;
     const qint64 first = request.from.toLongLong();
     const qint64 last = request.to.toLongLong();
-    if (!canHold(main, request.company, last))
+    const std::optional<QString> company = companyText(main, request.company);
+    if (!company || !canHold(main, last))
         return false;
-    if (!main.prompts.askYesNo(main.messageLine(u"M26"_s, QString::number(last - first + 1)), title))
+    // As numbers the last one may come first, as 9 does before 10: then there are none.
+    if (!confirm(main, request, *company, std::max<qint64>(last - first + 1, 0)))
         return false;
     if (request.remove && !main.prompts.askYesNo(main.messageLine(u"M25"_s), title))
         return false;

@@ -16,10 +16,10 @@ struct RangeRequest {
     bool remove = false;
 };
 
-/// Adds every code of the interval to the company's range, or removes it, after asking (M26, and M25 before
-/// removing). The codes are whole numbers without leading zeros; the texts of first and last are compared as
-/// texts (M24). A company that does not exist (M291) and a code that the range can't hold (M292) are refused
-/// before anything is asked.
+/// Adds every code of the interval to the company's range, or removes it, after asking (M26 in the words of
+/// M26_ADD or M26_DEL, and M25 before removing). The codes are whole numbers without leading zeros; the texts
+/// of first and last are compared as texts (M24). A company that does not exist (M291) and a code that the
+/// range can't hold (M292) are refused before anything is asked.
 ///
 /// Two lines for each code, once it is committed: which it is, and what became of it; one that can't be added
 /// is not the end. The main module's stop flag ends the run; what is done stays done. True when the run went

@@ -122,7 +122,8 @@ void tst_cli::answers_data()
     row("deleted", "ranges delete --company LUNA --from 901 --to 901 --yes", 0,
         "Code 901\n   Removed from the range\n", "");
     row("nobody to say yes", "ranges add --company LUNA --from 901 --to 901", 1, "",
-        "1 codes will be treated. Continue? answered no; --yes answers yes\n");
+        "Add codes to the range of LUNA - Luna Bakeries: 1 (from 901 to 901). Continue? "
+        "answered no; --yes answers yes\n");
     row("no digits", "ranges add --company LUNA --from 901 --to 9o2", 2, "",
         "--to: up to nine digits are needed, not 9o2"_L1 + help);
     row("no command", "", 2, "", "A subcommand is required"_L1 + help);

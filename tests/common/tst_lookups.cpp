@@ -75,6 +75,7 @@ void tst_lookups::resolvesParameterValues()
     QFETCH(QString, code);
     QTEST(database.main.GetParameterValue(code), "value");
     QTEST(database.user.shown, "shown");
+    QCOMPARE(database.user.details, QStringList(database.user.shown.size(), u"1234 - O'Neil"_s));
 }
 
 void tst_lookups::expandsMacros_data()

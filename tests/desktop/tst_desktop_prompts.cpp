@@ -19,6 +19,7 @@ class tst_desktop_prompts : public QObject {
 private Q_SLOTS:
     void keepsEveryBoxOnTheScreen_data();
     void keepsEveryBoxOnTheScreen();
+    void proposesNoOnlyWhereYesLoses();
 };
 
 void tst_desktop_prompts::keepsEveryBoxOnTheScreen_data()
@@ -52,6 +53,18 @@ void tst_desktop_prompts::keepsEveryBoxOnTheScreen()
     const QSize screen = QGuiApplication::primaryScreen()->size();
     QVERIFY2(size.height() < screen.height() && size.width() < screen.width(), qPrintable(shown));
     QCOMPARE(scrolls ? all : shown, text + u'\n' + details);
+}
+
+/// Return answers with the proposal.
+void tst_desktop_prompts::proposesNoOnlyWhereYesLoses()
+{
+    const auto byReturn = [this](const auto& ask) {
+        QTimer::singleShot(0, this,
+                           [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+        return ask(u"Go on?"_s, u"title"_s);
+    };
+    QVERIFY(!byReturn(desktopPrompts().askYesNo));
+    QVERIFY(byReturn(desktopPrompts().askToGoOn));
 }
 
 QTEST_MAIN(tst_desktop_prompts)

@@ -1,8 +1,10 @@
 // The manual: what its pages refer to, and that they leave nothing out.
 #include "factory/manual.h"
+#include "factory/markdown.h"
 #include "files/file_error.h"
 #include "files/separated_values.h"
 #include "files/whole_file.h"
+#include "support/rows.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -22,6 +24,9 @@ private Q_SLOTS:
     void explainsEveryMessage();
     void mentionsEveryCommandAndOption();
     void keepsFrenchPunctuationTogether();
+    void isMarkdownToo_data();
+    void isMarkdownToo();
+    void isInTheRepositoryAsTheBuildMakesIt();
     void refusesBrokenTemplates();
 };
 
@@ -132,6 +137,38 @@ void tst_manual::keepsFrenchPunctuationTogether()
                                          QRegularExpression::DotMatchesEverythingOption);
     static const QString parted = u"(.{0,20}[ \\n][:;!?»]|« )"_s;
     QCOMPARE(matches(read(u"manual/fr.htm"_s).replace(code, u"code"_s), parted).join(u" | "_s), QString());
+}
+
+void tst_manual::isMarkdownToo_data()
+{
+    columns<QString, QString>("html", "markdown");
+    row("what Markdown would read as its own", "<p>a * b_c [User\n&lt;x&gt; M$$, $$P,2,2</p>",
+        "a \\* b\\_c \\[User &lt;x&gt; M`$$`, `$$P,2,2`\n");
+    row("code", "<p>Type <code>'&amp;A_B'\n$$P</code></p>\n<pre>\na  *\n  &lt;b\n</pre>",
+        "Type `'&A_B' $$P`\n\n```\na  *\n  <b\n```\n");
+    row("links", "<h2><a name=\"x\">X</a></h2>\n<p><a href=\"#x\"><b>X</b></a> <img src=\"i\" alt=\"I\"></p>",
+        "## <a name=\"x\"></a>X\n\n[**X**](to:#x) ![I](to:i)\n");
+    row("lists", "<ul>\n<li>a\n</li></ul><p></p><ol><li>b</li>\n<li>c</li></ol>", "- a\n\n1. b\n2. c\n");
+    row("table",
+        "<table><tr><th>A</th><th>B</th></tr>\n<tr><td>a|<i>b</i></td><td>2<sup>e</sup></td></tr></table>",
+        "| A | B |\n|---|---|\n| a\\|*b* | 2<sup>e</sup> |\n");
+}
+
+void tst_manual::isMarkdownToo()
+{
+    QFETCH(QString, html);
+    const auto target = [](const QString& address) { return "to:"_L1 + address; };
+    QTEST(markdownOf("<title>t</title><body>"_L1 + html + "</body>"_L1, target), "markdown");
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, markdownOf(u"<body><form></body>"_s, target));
+}
+
+void tst_manual::isInTheRepositoryAsTheBuildMakesIt()
+{
+    const QTemporaryDir folder;
+    writeManualAsMarkdown(u"" VELMORA_SOURCE "/data"_s, folder.path());
+    for (const QString& page : {u"/manual-en.md"_s, u"/manual-fr.md"_s})
+        QVERIFY2(readWholeFile(u"" VELMORA_SOURCE "/docs"_s + page) == readWholeFile(folder.path() + page),
+                 "renew docs/manual-*.md: cmake --build --preset release --target manual_pages");
 }
 
 void tst_manual::refusesBrokenTemplates()

@@ -118,6 +118,9 @@ void tst_ranges::tellsWhatIsDone()
 
 void tst_ranges::worksByKeyboard()
 {
+    m_database->run(
+        u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M26_ADD', 'To %1: %2 (%3 to %4)')"_s);
+    m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'FRGEN_REMOVE', 'Remove')"_s);
     FRgen window(m_database->main);
     window.show();
     const QPushButton* start = button(window, u"Generate"_s);
@@ -131,6 +134,9 @@ void tst_ranges::worksByKeyboard()
     QTest::keyClick(to, Qt::Key_Return);
     QCOMPARE(codes(), u"101 102 104 105"_s);
     QCOMPARE(lines(window).size(), 4);
+    QVERIFY(m_database->user.questions.last().contains(": 2 (104 to 105)"_L1));
+    control<QCheckBox>(window, u"DelAll"_s)->click();
+    QCOMPARE(start->text(), u"Remove"_s);
     from->clear();
     QVERIFY(!start->isEnabled());
 }

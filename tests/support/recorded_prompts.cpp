@@ -6,15 +6,17 @@ namespace velmora {
 
 Prompts RecordedPrompts::prompts()
 {
+    const auto answer = [this](const QString& question, const QString&) {
+        questions << question;
+        return yesNoAnswer;
+    };
     return {
         [this](const QString& text, const QString& detail) {
             shown << text;
             details << detail;
         },
-        [this](const QString& question, const QString&) {
-            questions << question;
-            return yesNoAnswer;
-        },
+        answer,
+        answer,
         [this](const QString& question, const QString& proposal) {
             questions << question;
             proposals << proposal;

@@ -31,8 +31,12 @@ FPBExp::FPBExp(MMain& main)
 
 bool FPBExp::run()
 {
-    if (m_csv->isChecked())
-        return exportToCsv(m_main, request(), report());
+    if (m_csv->isChecked()) {
+        const bool written = exportToCsv(m_main, request(), report());
+        if (written)
+            showStatus(QDir::toNativeSeparators(csvPath(request())));
+        return written;
+    }
     const auto path = exportToWorkbook(m_main, request(), report());
     if (path) {
         showStatus(QDir::toNativeSeparators(*path));
