@@ -27,5 +27,6 @@ Command generateCommand(CLI::App& application);
 Command phonebookCommand(CLI::App& application);
 Command rangesCommand(CLI::App& application);
 Command rebootCommand(CLI::App& application);
+Command languageCommand(CLI::App& application);
 
 } // namespace velmora

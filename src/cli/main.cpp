@@ -80,9 +80,9 @@ int main(int argc, char** argv)
     parser.add_option("--program-dir", folder, "The folder of ParamDB.txt and the seed file");
     const CLI::Option* as = parser.add_option("--as", actAs, "Act as this user (superusers only)");
     parser.add_flag("--yes", yes, "Answer yes to every question");
-    const std::vector<Command> commands = {startCommand(parser),    listCommand(parser),
-                                           generateCommand(parser), phonebookCommand(parser),
-                                           rangesCommand(parser),   rebootCommand(parser)};
+    const std::vector<Command> commands = {
+        startCommand(parser),  listCommand(parser),   generateCommand(parser), phonebookCommand(parser),
+        rangesCommand(parser), rebootCommand(parser), languageCommand(parser)};
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {

@@ -99,6 +99,7 @@ int main(int argc, char** argv)
             mainModule, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                             "/velmora/windows.ini"_L1);
         window->setActions(menuActions(*window, mainModule));
+        offerLanguages(*window, mainModule);
     });
     if (!made)
         return 3;

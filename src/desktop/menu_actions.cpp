@@ -1,6 +1,7 @@
 #include "desktop/menu_actions.h"
 
 #include "common/MMain.h"
+#include "editor/language_setting.h"
 #include "editor/windows/FParameters.h"
 #include "generation/FGenerate.h"
 #include "mainwindow/frmAbout.h"
@@ -57,6 +58,13 @@ FMain::Actions menuActions(FMain& window, MMain& main)
          }},
         {u"About"_s, shows(u"frmAbout"_s, [&main] { return new frmAbout(main); })},
     };
+}
+
+void offerLanguages(FMain& window, MMain& main)
+{
+    if (mayChangeLanguage(main))
+        window.offerLanguages(languagesWithTexts(main), main.language,
+                              [&main](const QString& language) { changeLanguage(main, language); });
 }
 
 } // namespace velmora

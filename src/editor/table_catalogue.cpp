@@ -19,7 +19,7 @@ std::optional<QString> tabRights(MMain& main)
     return main.setting(u"AUTHC"_s, main.userName.toUpper());
 }
 
-QStringList tablesOfUser(MMain& main)
+QStringList tablesGrantedToUser(MMain& main)
 {
     const auto rights = tabRights(main);
     QStringList numbers;
@@ -31,7 +31,12 @@ QStringList tablesOfUser(MMain& main)
             numbers << rows.text("SY_SUBCODE"_L1);
             tables << rows.text("SY_VALUE"_L1);
         }
-    const QStringList granted = grantedTables(rights.value_or(QString()), numbers, tables);
+    return grantedTables(rights.value_or(QString()), numbers, tables);
+}
+
+QStringList tablesOfUser(MMain& main)
+{
+    const QStringList granted = tablesGrantedToUser(main);
     return granted.isEmpty() ? QStringList(u"SYSTEM_PARAMETERS"_s) : granted;
 }
 
@@ -46,6 +51,11 @@ QStringList grantedTables(const QString& rights, const QStringList& numbers, con
             granted << tables[row];
     }
     return granted;
+}
+
+bool isGranted(MMain& main, const QString& table)
+{
+    return tablesGrantedToUser(main).contains(table);
 }
 
 QList<TableTab> tableTabs(MMain& main)

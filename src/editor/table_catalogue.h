@@ -21,6 +21,10 @@ struct TableTab {
 /// that are exactly "*" grant every one.
 QStringList grantedTables(const QString& rights, const QStringList& numbers, const QStringList& tables);
 
+/// Whether the rights of the current user grant that table. One that is only a tab for want of any other is
+/// not.
+bool isGranted(MMain& main, const QString& table);
+
 /// The current user's tabs, in the order of the "$$TABS" rows, their numbers sorted as text. A user without
 /// any granted tab gets the table SYSTEM_PARAMETERS.
 QList<TableTab> tableTabs(MMain& main);

@@ -1,6 +1,7 @@
 #include "mainwindow/FMain.h"
 
 #include "common/MMain.h"
+#include "mainwindow/FStart.h"
 #include "mainwindow/menu.h"
 #include "schema/version.h"
 #include "windows/captions.h"
@@ -55,13 +56,19 @@ void focusFirstInput(QWidget& window)
 } // namespace
 
 FMain::FMain(MMain& main, const QString& settings)
-    : m_main(main), m_settings(settings), m_children(new QMdiArea)
+    : m_main(main),
+      m_settings(settings),
+      m_pages(new QStackedWidget),
+      m_start(new FStart(main)),
+      m_children(new QMdiArea)
 {
     setObjectName(u"FMain"_s);
     setWindowTitle(u"Velmora"_s);
     m_children->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_children->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    setCentralWidget(m_children);
+    m_pages->addWidget(m_start);
+    m_pages->addWidget(m_children);
+    setCentralWidget(m_pages);
     statusBar();
     translateTitle();
     createMenu();
@@ -163,6 +170,30 @@ void FMain::setActions(const Actions& actions)
             connect(action, &QAction::triggered, this,
                     [this, open = all[item.control]] { reportFailures(m_main, open); });
     }
+    m_start->setItems(reachableItems());
+}
+
+/// The items that can be chosen in the menu, by control name.
+QHash<QString, QAction*> FMain::reachableItems() const
+{
+    QHash<QString, QAction*> reachable;
+    for (const MenuItem& item : menuItems())
+        if (m_items[item.control]->isEnabled() && (item.parent.isEmpty() || reachable.contains(item.parent)))
+            reachable.insert(item.control, m_items[item.control]);
+    return reachable;
+}
+
+void FMain::offerLanguages(const QStringList& languages, const QString& stored,
+                           const std::function<void(const QString&)>& store)
+{
+    m_start->offerLanguages(languages, stored, store);
+}
+
+/// Shows the start page in place of the last child.
+void FMain::showStartPage()
+{
+    if (m_children->subWindowList().isEmpty())
+        m_pages->setCurrentWidget(m_start);
 }
 
 QString FMain::hint(const QString& control, bool exists)
@@ -180,7 +211,9 @@ void FMain::showChild(const QString& name, const std::function<QWidget*()>& crea
         return child->widget() && child->widget()->objectName() == name;
     });
     const bool isNew = existing == children.end();
-    QMdiSubWindow* child = isNew ? addChild(create()) : *existing;
+    QWidget* content = isNew ? create() : nullptr;
+    m_pages->setCurrentWidget(m_children);
+    QMdiSubWindow* child = isNew ? addChild(content) : *existing;
     if (child->isMinimized())
         child->showNormal();
     else
@@ -205,6 +238,7 @@ QMdiSubWindow* FMain::addChild(QWidget* content)
     QMdiSubWindow* child = m_children->addSubWindow(content);
     child->setAttribute(Qt::WA_DeleteOnClose);
     child->installEventFilter(this);
+    connect(child, &QObject::destroyed, this, &FMain::showStartPage, Qt::QueuedConnection);
     // The menu's Close has the same keys, and of two neither would work.
     for (QAction* action : child->systemMenu()->actions())
         action->setShortcut({});

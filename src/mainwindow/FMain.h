@@ -4,15 +4,18 @@
 #include <QHash>
 #include <QMainWindow>
 #include <QMdiArea>
+#include <QStackedWidget>
 
 #include <functional>
 
 namespace velmora {
 
+class FStart;
 class MMain;
 
 /// The frame is given what its menu items do, so that it knows no other window. An item without an action is
-/// disabled and says so in the status bar; so is one that the user has no right to.
+/// disabled and says so in the status bar; so is one that the user has no right to. While no child is open it
+/// shows the start page, which has the keyboard then.
 class FMain : public QMainWindow {
     Q_OBJECT
 
@@ -24,6 +27,11 @@ public:
 
     /// Sets what each menu item does, by control name, and enables what the user may use.
     void setActions(const Actions& actions);
+
+    /// Offers the languages on the start page; `stored` is the one that is stored now, `store` stores
+    /// another.
+    void offerLanguages(const QStringList& languages, const QString& stored,
+                        const std::function<void(const QString&)>& store);
 
     /// Shows the child window of that name, made by `create` unless it exists already, and calls `prepare`
     /// with it. A new one has the focus in its first input.
@@ -45,9 +53,14 @@ private:
     void translateTitle();
     QMdiSubWindow* addChild(QWidget* content);
     QString hint(const QString& control, bool exists);
+    QHash<QString, QAction*> reachableItems() const;
+    void showStartPage();
 
     MMain& m_main;
     const QString m_settings;
+    /// Of the start page and the children, one is shown.
+    QStackedWidget* m_pages;
+    FStart* m_start;
     QMdiArea* m_children;
     QHash<QString, QAction*> m_items;
     QHash<QString, bool> m_rights;

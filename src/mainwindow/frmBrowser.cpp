@@ -9,11 +9,16 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QNetworkReply>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QVBoxLayout>
+#include <QtMath>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -27,19 +32,55 @@ constexpr int captionInterval = 100;
 /// The largest page that is shown, in bytes.
 constexpr qint64 largestPage = 16 << 20;
 
-/// Pictures come from files beside the page; nothing else is fetched for it.
+/// How long a size must have lasted until the pictures are fitted to it, in milliseconds.
+constexpr int fittingDelay = 60;
+
+/// The addresses of all pictures in the text.
+QSet<QString> picturesOf(const QTextDocument& text)
+{
+    QSet<QString> names;
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next())
+        for (auto piece = block.begin(); !piece.atEnd(); ++piece)
+            if (const QTextCharFormat format = piece.fragment().charFormat(); format.isImageFormat())
+                names << format.toImageFormat().name();
+    return names;
+}
+
+/// Pictures come from files beside the page; nothing else is fetched for it. One that is wider than the page
+/// is shown smaller, so that the page need not be moved sideways.
 class Page : public QTextBrowser {
 public:
+    Page()
+    {
+        m_fitting.setSingleShot(true);
+        m_fitting.setInterval(fittingDelay);
+        connect(&m_fitting, &QTimer::timeout, this, [this] { fitPictures(); });
+    }
+
     QVariant loadResource(int type, const QUrl& name) override
     {
         const QUrl address = document()->baseUrl().resolved(name);
-        QFile file(address.toLocalFile());
-        if (type != QTextDocument::ImageResource || !address.isLocalFile() || !file.open(QIODevice::ReadOnly))
+        if (type != QTextDocument::ImageResource || !address.isLocalFile())
             return {};
-        return file.readAll();
+        QImage picture(address.toLocalFile());
+        const int width = lineWidth();
+        if (picture.width() <= width)
+            return picture.isNull() ? QVariant() : picture;
+        // As many pixels as the screen shows.
+        const int pixels = std::min(picture.width(), qRound(width * devicePixelRatioF()));
+        picture = picture.scaledToWidth(pixels, Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(qreal(pixels) / width);
+        return picture;
     }
 
 protected:
+    void resizeEvent(QResizeEvent* event) override
+    {
+        QTextBrowser::resizeEvent(event);
+        if (event->size().width() != event->oldSize().width())
+            m_fitting.start();
+    }
+
     /// Leaves the keys of the history, which it would use for one of its own, to the window.
     void keyPressEvent(QKeyEvent* event) override
     {
@@ -48,6 +89,27 @@ protected:
         else
             QTextBrowser::keyPressEvent(event);
     }
+
+private:
+    /// What a line of the text has room for. The vertical scrollbar's room is kept free, so that its coming
+    /// and going changes nothing.
+    int lineWidth() const
+    {
+        const int bar = verticalScrollBar()->isVisible() ? 0 : verticalScrollBar()->sizeHint().width();
+        return std::max(1, viewport()->width() - bar - qCeil(2 * document()->documentMargin()));
+    }
+
+    void fitPictures()
+    {
+        const QSet<QString> pictures = picturesOf(*document());
+        for (const QString& name : pictures)
+            document()->addResource(QTextDocument::ImageResource, document()->baseUrl().resolved(name),
+                                    loadResource(QTextDocument::ImageResource, name));
+        if (!pictures.isEmpty())
+            document()->markContentsDirty(0, document()->characterCount());
+    }
+
+    QTimer m_fitting;
 };
 
 } // namespace
@@ -229,7 +291,9 @@ void frmBrowser::showPage(const QUrl& address, const QByteArray& content, bool h
     else
         m_page->setPlainText(decodeText(content));
     const QString title = m_page->documentTitle();
-    m_caption = title.isEmpty() ? address.fileName() : title;
+    // Never nothing: the frame around this window would keep the caption of the page before.
+    const QString name = address.fileName().isEmpty() ? address.toDisplayString() : address.fileName();
+    m_caption = title.isEmpty() ? name : title;
     if (address.hasFragment())
         m_page->scrollToAnchor(address.fragment());
     arrived(address);

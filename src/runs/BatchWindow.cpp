@@ -109,6 +109,8 @@ void BatchWindow::complete()
 /// Tab goes through the inputs, the list, the start button and Cancel. The list was made before the inputs.
 void BatchWindow::setTabOrderAsRead()
 {
+    // What is last of all widgets can't be followed by another one: let that be something without a focus.
+    new QWidget(this);
     QWidget* before = nullptr;
     const auto append = [&before](QWidget* next) {
         if (before)

@@ -1,10 +1,13 @@
 #include "startup/first_start.h"
 
 #include "common/MMain.h"
+#include "database/connection_string.h"
 #include "files/file_error.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
+#include "schema/version.h"
+#include "startup/param_db.h"
 #include "startup/program_folder.h"
 
 #include <QCoreApplication>
@@ -98,6 +101,60 @@ void renewManual(const QString& folder, const QString& share)
     }
 }
 
+/// Whether a connection string names that file.
+bool isOfFile(const QString& connectionString, const QString& folder, const QString& file)
+{
+    const ConnectionString string(connectionString, folder);
+    const QFileInfo named(string.value(u"Data Source"_s).isEmpty() ? QString()
+                                                                   : string.requiredFile(u"Data Source"_s));
+    return string.value(u"Provider"_s).compare("SQLite"_L1, Qt::CaseInsensitive) == 0 &&
+           named.canonicalFilePath() == QFileInfo(file).canonicalFilePath();
+}
+
+/// The version that a database records, where it holds nothing of a user's: no company and no phone, number
+/// or code of one. Nothing for others. Throws DatabaseError where it can't be read.
+std::optional<QString> versionOfUnused(const QString& file)
+{
+    // Changes that are not yet in the file are somebody's work.
+    for (const QString& log : {u"-wal"_s, u"-journal"_s})
+        if (QFileInfo(file + log).size() > 0)
+            return {};
+    Connection database;
+    database.open("Provider=SQLite;Data Source="_L1 + file, OpenMode::ReadOnly);
+    for (const QString& table : {u"COMPANY"_s, u"PHONES"_s, u"RANGES"_s, u"PHONE_BOOK"_s})
+        if (!database.select("SELECT 1 FROM "_L1 + table + " LIMIT 1"_L1).eof())
+            return {};
+    const Recordset version =
+        database.select(u"SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$BASEVER'"_s);
+    return version.eof() ? std::nullopt : std::optional(version.text(0));
+}
+
+/// Replaces a factory database of another version by that of the installed program: a new database can only
+/// be created from one of its own version. The replaced one is kept under its version's name. Whatever may be
+/// a user's own is left alone, and none that can't be replaced is a reason not to start.
+void renewFactoryDatabase(const QString& folder, const QString& share)
+{
+    const QString installed = pathIn(share, u"factory.db"_s);
+    const QString own = pathIn(folder, u"factory.db"_s);
+    if (!QFile::exists(own) || !QFile::exists(installed))
+        return;
+    try {
+        const ParamDB paramDB = readParamDB(folder);
+        if (!isOfFile(paramDB.original, folder, own) || isOfFile(paramDB.working, folder, own))
+            return;
+        const std::optional<QString> version = versionOfUnused(own);
+        if (!version || *version == versionDigits())
+            return;
+        const QString kept = pathIn(folder, "factory_"_L1 + *version + ".db"_L1);
+        if (QFile::exists(kept) && !sameContent(own, kept))
+            return;
+        copy(own, kept);
+        copy(installed, own);
+    } catch (const DatabaseError&) {
+    } catch (const FileError&) {
+    }
+}
+
 } // namespace
 
 QString installedShare()
@@ -116,6 +173,7 @@ bool fillProgramFolder(const MMain& main, const QString& chosen, const QString& 
     removeLeftovers(main.programFolder);
     if (holdsParamDB(main.programFolder)) {
         renewManual(main.programFolder, share);
+        renewFactoryDatabase(main.programFolder, share);
         return true;
     }
     try {

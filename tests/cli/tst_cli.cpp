@@ -28,6 +28,8 @@ private Q_SLOTS:
     void tellsThatOutputIsLost();
     void undoesAKilledImport();
     void obeysMenuRights();
+    void changesTheLanguage_data();
+    void changesTheLanguage();
 
 private:
     struct Result {
@@ -274,6 +276,53 @@ void tst_cli::obeysMenuRights()
     execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$SUPERUSER', '%1', '*')"_s.arg(user));
     QCOMPARE(run("--as boss "_L1 + generatePap2).status, 0);
     QCOMPARE(run(generatePap2).status, 1);
+}
+
+void tst_cli::changesTheLanguage_data()
+{
+    // The rights to tables, the sub-codes of the stored rows, the answer, and what is stored in the end.
+    columns<QString, QStringList, QString, int, QString, QString>("rights", "rows", "language", "status",
+                                                                  "answer", "after");
+    const QStringList usual(u"$"_s);
+    row("change", "*", usual, "fr", 0, "The language is FR from the next start on.\n", "$=FR");
+    row("none is stored", "NNNNNNNNNNNY", QStringList(), "FR", 0,
+        "The language is FR from the next start on.\n", "$=FR");
+    row("several are stored", "*", QStringList({u"$"_s, u"A"_s}), "FR", 0,
+        "The language is FR from the next start on.\n", "$=FR A=FR");
+    row("no texts", "*", usual, "DE", 1, "There are no texts in this language. There are: EN, FR\n", "$=EN");
+    row("another table", "YYYNNNNNNNNN", usual, "FR", 1, "User %1 has no right to this\n", "$=EN");
+    // Such a user gets the tab of the settings, behind its passwords.
+    row("no table", "N", usual, "FR", 1, "User %1 has no right to this\n", "$=EN");
+}
+
+void tst_cli::changesTheLanguage()
+{
+    QFETCH(QString, rights);
+    QFETCH(QStringList, rows);
+    QFETCH(QString, language);
+    QFETCH(QString, answer);
+    const QString settings = u"SYSTEM_PARAMETERS WHERE SY_CODE = '$$LNG'"_s;
+    execute("DELETE FROM "_L1 + settings);
+    for (const QString& subcode : rows)
+        execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$LNG', '%1', 'EN')"_s.arg(subcode));
+    execute(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '%1' WHERE SY_CODE = 'AUTHC'"_s.arg(rights));
+    QCOMPARE(run(u"language"_s).out, u"* EN\n  FR\n"_s);
+    const Result result = run("language "_L1 + language);
+    const QString user = systemUserName().toUpper();
+    QCOMPARE(result.out + result.err, answer.contains("%1"_L1) ? answer.arg(user) : answer);
+    QTEST(result.status, "status");
+    QCOMPARE(run(u"language"_s).out.contains("* FR"_L1), result.status == 0);
+    QStringList after;
+    {
+        Connection connection;
+        connection.open(m_folder->working());
+        for (Recordset row =
+                 connection.select("SELECT SY_SUBCODE, SY_VALUE FROM "_L1 + settings + " ORDER BY 1"_L1);
+             !row.eof(); row.moveNext())
+            after << row.text(0) + u'=' + row.text(1);
+    }
+    QTEST(after.join(u' '), "after");
+    execute("UPDATE SYSTEM_PARAMETERS SET SY_VALUE = 'EN' WHERE SY_CODE = '$$LNG'"_L1);
 }
 
 QTEST_GUILESS_MAIN(tst_cli)

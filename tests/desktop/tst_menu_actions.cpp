@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
 
@@ -27,6 +28,7 @@ class tst_menu_actions : public QObject {
 private Q_SLOTS:
     void opensEveryWindow_data();
     void opensEveryWindow();
+    void changesTheLanguage();
 };
 
 void tst_menu_actions::opensEveryWindow_data()
@@ -69,6 +71,8 @@ void tst_menu_actions::opensEveryWindow()
             const QWidget* focus = QApplication::focusWidget();
             QVERIFY2(opened->isAncestorOf(focus), qPrintable(item.control));
             QVERIFY2(focus->focusPolicy() & Qt::TabFocus, qPrintable(item.control));
+            QVERIFY2(focus->objectName() != "List1"_L1 && focus->objectName() != "Lb1"_L1,
+                     qPrintable(item.control));
             // Help tells about the window that it is called from, and Page Down reads on there.
             help->trigger();
             const auto* browser = window.findChild<QWidget*>(u"frmBrowser"_s);
@@ -85,6 +89,24 @@ void tst_menu_actions::opensEveryWindow()
     QCOMPARE(titles.removeDuplicates(), 0);
     QCOMPARE(chapters.join(u' '), u"editor generate phonebook phonebook phonebook ranges reboot  "_s);
     QCOMPARE(user.shown, QStringList());
+}
+
+/// Only for who has a right to the settings.
+void tst_menu_actions::changesTheLanguage()
+{
+    const ProgramFolderFixture folder(QStringLiteral(VELMORA_SHARE));
+    RecordedPrompts user;
+    QVERIFY(!StartUp(*std::make_unique<MMain>(folder.path(), user.prompts()), u"jdoe"_s));
+    MMain main(folder.path(), user.prompts());
+    QVERIFY(StartUp(main, u"jdoe"_s));
+    FMain window(main);
+    offerLanguages(window, main);
+    window.findChild<QPushButton*>(u"Language_FR"_s)->click();
+    QCOMPARE(main.setting(u"$$LNG"_s, u"$"_s), u"FR"_s);
+    main.connection.execute(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = 'Y' WHERE SY_CODE = 'AUTHC'"_s);
+    FMain other(main);
+    offerLanguages(other, main);
+    QVERIFY(!other.findChild<QPushButton*>(u"Language_FR"_s));
 }
 
 QTEST_MAIN(tst_menu_actions)

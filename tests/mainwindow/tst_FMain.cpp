@@ -4,11 +4,15 @@
 #include "support/test_database.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
+#include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -25,6 +29,9 @@ private Q_SLOTS:
     void reportsAFailingAction();
     void stopsARunBeforeItQuits();
     void remembersItsWindows();
+    void startsWithWhatCanBeDone();
+    void showsTheCompaniesAnew();
+    void offersLanguages();
 
 private:
     /// Shows a child of that name.
@@ -161,6 +168,91 @@ void tst_FMain::remembersItsWindows()
         QCOMPARE(window.size(), QSize(700, 500));
         window.close();
     }
+}
+
+/// The keyboard is on the start page when the program starts and when the last child is closed.
+void tst_FMain::startsWithWhatCanBeDone()
+{
+    m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = 'AUTHM'"_s);
+    for (const QString& control : {u"PbImp"_s, u"Ranges"_s, u"Reboot"_s})
+        m_database->run("INSERT INTO SYSTEM_PARAMETERS VALUES('AUTHM', '"_L1 + control + "', '*')"_L1);
+    FMain window(m_database->main);
+    window.setActions({{u"Ranges"_s, [&] { showChild(window); }}, {u"Reboot"_s, [] {}}, {u"PbImp"_s, [] {}}});
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QStringList visible;
+    for (const QPushButton* button : window.findChildren<QPushButton*>())
+        if (button->isVisible())
+            visible << button->objectName();
+    // No right to the submenu, no way to its item.
+    QCOMPARE(visible, QStringList({u"Step_Ranges"_s, u"Step_Reboot"_s}));
+    for (int round = 0; round < 2; ++round) {
+        auto* ranges = window.findChild<QPushButton*>(u"Step_Ranges"_s);
+        QTRY_COMPARE(QApplication::focusWidget(), ranges);
+        QTest::keyClick(ranges, Qt::Key_Return);
+        QVERIFY(window.findChild<QWidget*>(u"Child"_s));
+        QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(!window.findChild<QWidget*>(u"Child"_s));
+    }
+}
+
+void tst_FMain::showsTheCompaniesAnew()
+{
+    FMain window(m_database->main);
+    window.show();
+    auto* companies = window.findChild<QTreeWidget*>();
+    const auto* hint = window.findChild<QLabel*>(u"Hint"_s);
+    QVERIFY(hint->text().startsWith("No company"_L1));
+    QVERIFY(hint->isVisible() && !companies->isVisible());
+
+    showChild(window);
+    m_database->addPhone(u"LUNA"_s, u"PAP2"_s, u"101"_s, u"x"_s, u"1"_s);
+    m_database->addPhone(u"LUNA"_s, u"GXP2000"_s, u"102"_s, u"x"_s, u"2"_s);
+    m_database->addPhone(u"LUNA"_s, u"PAP2"_s, u"103"_s, u"x"_s, u"3"_s);
+    m_database->run(u"UPDATE PHONES SET EQ_CODE = NULL WHERE PH_CODE = '103'"_s);
+    m_database->run(u"INSERT INTO COMPANY VALUES('ALBA', 'Alba')"_s);
+    window.findChild<QMdiSubWindow*>()->close();
+    QTRY_VERIFY(companies->isVisible());
+    QStringList shown;
+    QTreeWidgetItem* heading = companies->headerItem();
+    for (const QTreeWidgetItem* row : {heading, companies->topLevelItem(0), companies->topLevelItem(1)}) {
+        QStringList texts;
+        for (int column = 0; column < row->columnCount(); ++column)
+            texts << row->text(column);
+        shown << texts.join(u'|');
+    }
+    QCOMPARE(shown, QStringList({u"Company|Name of the company|Phones|\u2013|GXP2000|PAP2"_s,
+                                 u"ALBA|Alba|0|||"_s, u"LUNA|company|3|1|1|1"_s}));
+
+    showChild(window);
+    m_database->run(u"ALTER TABLE PHONES RENAME TO GONE"_s);
+    window.findChild<QMdiSubWindow*>()->close();
+    QTRY_VERIFY(hint->isVisible());
+    QVERIFY2(hint->text().contains("PHONES"_L1), qPrintable(hint->text()));
+    QCOMPARE(m_database->user.shown, QStringList());
+}
+
+void tst_FMain::offersLanguages()
+{
+    FMain window(m_database->main);
+    QStringList stored;
+    window.offerLanguages({u"EN"_s, u"FR"_s}, u"EN"_s, [&](const QString& language) {
+        if (!stored.isEmpty())
+            m_database->run(u"NO SQL"_s);
+        stored << language;
+    });
+    window.show();
+    auto* english = window.findChild<QPushButton*>(u"Language_EN"_s);
+    auto* french = window.findChild<QPushButton*>(u"Language_FR"_s);
+    QVERIFY(french->isVisible() && !english->isEnabled());
+    QTest::keyClick(french, Qt::Key_Return);
+    QCOMPARE(stored, QStringList(u"FR"_s));
+    QVERIFY(english->isEnabled() && !french->isEnabled());
+    const auto* note = window.findChild<QLabel*>(u"LanguageNote"_s);
+    QCOMPARE(note->text(), u"The language is FR from the next start on."_s);
+    english->click(); // what can't be stored changes nothing
+    QCOMPARE(m_database->user.details, QStringList(u"NO SQL"_s));
+    QVERIFY(!french->isEnabled());
 }
 
 QTEST_MAIN(tst_FMain)

@@ -5,11 +5,15 @@
 #include "mainwindow/system_info.h"
 #include "support/controls.h"
 #include "support/device_double.h"
+#include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QDir>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QScrollBar>
 #include <QTest>
 
@@ -27,6 +31,9 @@ private Q_SLOTS:
     void browses();
     void saysThatAPageIsLoading();
     void opensTheManualOfAnyFolder();
+    void forgetsTheTitleOfThePageBefore();
+    void needsNoMovingSideways_data();
+    void needsNoMovingSideways();
 
 private:
     QString write(const QString& name, const QByteArray& content) const
@@ -162,6 +169,53 @@ void tst_help::opensTheManualOfAnyFolder()
     frmBrowser browser(m_database->main);
     browser.navigate(manualAddress(m_database->folder() + u'/' + name));
     QTRY_COMPARE(page(browser), u"Caf\u00e9"_s);
+}
+
+void tst_help::forgetsTheTitleOfThePageBefore()
+{
+    const DeviceDouble server(inTurn({"HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\nno title"}));
+    QMdiArea frame;
+    frmBrowser browser(m_database->main);
+    const QMdiSubWindow* child = frame.addSubWindow(&browser);
+    frame.show();
+    browser.navigate(write(u"one.htm"_s, "<title>One</title>one"));
+    QTRY_COMPARE(child->windowTitle(), u"One"_s);
+    const QString address = u"http://127.0.0.1:%1/"_s.arg(server.port());
+    browser.navigate(address);
+    QTRY_COMPARE(page(browser), u"no title"_s);
+    QCOMPARE(child->windowTitle(), address);
+}
+
+void tst_help::needsNoMovingSideways_data()
+{
+    columns<QString>("language");
+    row("English", "en");
+    row("French", "fr");
+}
+
+void tst_help::needsNoMovingSideways()
+{
+    QFETCH(QString, language);
+    frmBrowser browser(m_database->main);
+    browser.show();
+    browser.navigate("file://"_L1 + QStringLiteral(VELMORA_SHARE) + "/manual/"_L1 + language + ".htm"_L1);
+    QTRY_VERIFY(page(browser).size() > 10'000);
+    const QTextBrowser* text = browser.findChild<QTextBrowser*>();
+    const auto height = [text] { return text->document()->size().height(); };
+    for (const int width : {820, 600, 820}) {
+        const qreal before = height();
+        browser.resize(width, 500);
+        QTRY_VERIFY(width == 820 || height() != before);
+        QTRY_COMPARE(text->horizontalScrollBar()->maximum(), 0);
+    }
+    // Pictures that have room are as large as they are.
+    const auto wide = [&](const QString& name) {
+        const QUrl address = QUrl::fromLocalFile(QStringLiteral(VELMORA_SHARE "/manual/") + name + u'-' +
+                                                 language + ".png"_L1);
+        return text->document()->resource(QTextDocument::ImageResource, address).value<QImage>().width();
+    };
+    QTRY_COMPARE(wide(u"FRgen"_s), 533);
+    QTRY_VERIFY(wide(u"FParameters-list"_s) > 700);
 }
 
 QTEST_MAIN(tst_help)

@@ -1,5 +1,6 @@
 // What a first start puts into the user's data folder.
 #include "common/MMain.h"
+#include "database/connection.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "startup/first_start.h"
@@ -55,6 +56,8 @@ private Q_SLOTS:
     void cleanup();
     void fills_data();
     void fills();
+    void renewsTheFactoryDatabase_data();
+    void renewsTheFactoryDatabase();
 };
 
 void tst_first_start::cleanup()
@@ -110,6 +113,71 @@ void tst_first_start::fills()
     QTEST(found(home), "after");
     const QRegularExpression expected(QRegularExpression::anchoredPattern(message));
     QVERIFY2(expected.match(prompts.shown.join(u'\n')).hasMatch(), qPrintable(prompts.shown.join(u'\n')));
+}
+
+void tst_first_start::renewsTheFactoryDatabase_data()
+{
+    const QString installed = u"Provider=SQLite;Data Source=$$APPPATH$$/factory.db"_s;
+    const QString older = u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = '010141' WHERE SY_CODE = '$$BASEVER'"_s;
+    const auto holding = [&older](const QString& row) {
+        return QStringList({older, "INSERT INTO "_L1 + row});
+    };
+    // The lines of ParamDB.txt, how the user's factory.db differs from the installed one, whether an
+    // unfinished change lies beside it, and the files after.
+    columns<QString, QString, QStringList, bool, bool>("working", "original", "changes", "open", "renewed");
+    const QString working = u"Provider=SQLite;Data Source=velmora.db"_s;
+    row("an earlier version", working, installed, QStringList(older), false, true);
+    row("named in other words", working, "data source=./factory.db;PROVIDER=sqlite", QStringList(older),
+        false, true);
+    row("this version", working, installed,
+        QStringList(u"INSERT INTO SYSTEM_PARAMETERS VALUES('own', 'row', '')"_s), false, false);
+    row("a company", working, installed, holding(u"COMPANY VALUES('X', 'x')"_s), false, false);
+    row("phone codes", working, installed, holding(u"RANGES VALUES('X', '1')"_s), false, false);
+    row("a phone book", working, installed,
+        holding(u"PHONE_BOOK VALUES('X', '1', 'x', 'V', '', '', '', '')"_s), false, false);
+    row("no version", working, installed,
+        QStringList(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$BASEVER'"_s), false, false);
+    row("somebody writes to it", working, installed, QStringList(older), true, false);
+    row("the working database", installed, installed, QStringList(older), false, false);
+    row("another original", working, "Provider=SQLite;Data Source=other.db", QStringList(older), false,
+        false);
+    row("a server", working, "Provider=MariaDB;Data Source=factory.db", QStringList(older), false, false);
+    row("no original", working, "", QStringList(older), false, false);
+    row("no connection string", working, "factory.db", QStringList(older), false, false);
+}
+
+void tst_first_start::renewsTheFactoryDatabase()
+{
+    QFETCH(QString, working);
+    QFETCH(QString, original);
+    QFETCH(QStringList, changes);
+    QFETCH(bool, open);
+    QFETCH(bool, renewed);
+    const QTemporaryDir home;
+    const QString folder = home.filePath(u"velmora"_s);
+    const QString share = QStringLiteral(VELMORA_SHARE);
+    make(folder, {u"ParamDB.txt"_s}, (working + u'\n' + original).toUtf8());
+    const QString own = folder + "/factory.db"_L1;
+    const QByteArray installed = readWholeFile(share + "/factory.db"_L1);
+    writeWholeFile(own, installed);
+    Connection session;
+    session.open("Provider=SQLite;Data Source="_L1 + own);
+    session.execute(u"PRAGMA foreign_keys = OFF"_s);
+    for (const QString& change : changes)
+        session.execute(change);
+    if (!open)
+        session.closeUnused();
+    const QByteArray before = readWholeFile(own);
+
+    qputenv("XDG_DATA_HOME", home.path().toUtf8());
+    RecordedPrompts prompts;
+    const MMain main(programFolder({}), prompts.prompts());
+    for (int start = 0; start < 2; ++start)
+        QVERIFY(fillProgramFolder(main, {}, share));
+    QCOMPARE(prompts.shown, QStringList());
+    QVERIFY(readWholeFile(own) == (renewed ? installed : before));
+    const QString kept = folder + "/factory_010141.db"_L1;
+    QVERIFY(renewed ? readWholeFile(kept) == before : !QFile::exists(kept));
 }
 
 QTEST_GUILESS_MAIN(tst_first_start)
