@@ -82,9 +82,9 @@ void Connection::closeUnused()
     bool unused = false;
     try {
         unused = m_engine && !m_newFile.isEmpty() && m_engine->isUnused(*this);
-    } catch (const DatabaseError&) {
-        // Somebody else has it open, or the engine could not even begin it.
-        unused = QFileInfo(m_newFile).size() == 0;
+    } catch (const DatabaseError& error) {
+        // Somebody else has it open, perhaps to fill it, or the engine could not even begin it.
+        unused = error.reason() != DatabaseError::Reason::Busy && QFileInfo(m_newFile).size() == 0;
     }
     close();
     if (unused)

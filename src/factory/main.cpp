@@ -4,6 +4,7 @@
 #include "files/file_error.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <cstdio>
 
@@ -20,6 +21,7 @@ int main(int argc, char** argv)
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "velmora-factory: %s\n", error.what());
+        QFile::remove(arguments[2]); // half a database would look like one that is up to date
         return 1;
     }
 }

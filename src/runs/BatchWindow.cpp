@@ -72,24 +72,17 @@ void BatchWindow::createProgress(const Controls& controls)
     m_cancel = new QPushButton(u"Cancel"_s);
     m_cancel->setObjectName(u"Cancel"_s);
     m_cancel->setAutoDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(m_progress, 1);
-    buttons->addWidget(m_start);
-    buttons->addWidget(m_cancel);
-    m_layout->addWidget(m_log, 1);
-    m_layout->addWidget(m_missing);
-    m_layout->addWidget(m_status);
-    m_layout->addLayout(buttons);
 }
 
 void BatchWindow::addInput(QWidget* input)
 {
-    m_layout->insertWidget(static_cast<int>(m_inputs.size()), input);
+    m_layout->addWidget(input);
     m_inputs << input;
 }
 
 void BatchWindow::complete()
 {
+    placeProgress();
     translateCaptions(m_main, *this);
     m_stopCaption = m_main.textOr(u"CANCEL_ABO"_s, m_cancel->text());
     m_closeCaption = m_main.textOr(u"CANCEL_END"_s, m_cancel->text());
@@ -100,32 +93,22 @@ void BatchWindow::complete()
     m_stoppedText = m_main.messageLine(u"M311"_s, kept);
     m_endedText = m_main.messageLine(u"M312"_s, kept);
     m_remarksText = m_main.messageLine(u"M313"_s, kept);
-    setTabOrderAsRead();
     setRunning(false);
     for (SelectionPanel* selection : findChildren<SelectionPanel*>())
         selection->chooseLast();
 }
 
-/// Tab goes through the inputs, the list, the start button and Cancel. The list was made before the inputs.
-void BatchWindow::setTabOrderAsRead()
+/// Below the inputs, and not before: Tab goes through the parts in the order in which they become parts.
+void BatchWindow::placeProgress()
 {
-    // What is last of all widgets can't be followed by another one: let that be something without a focus.
-    new QWidget(this);
-    QWidget* before = nullptr;
-    const auto append = [&before](QWidget* next) {
-        if (before)
-            setTabOrder(before, next);
-        before = next;
-    };
-    for (QWidget* input : m_inputs + QList<QWidget*>{m_log}) {
-        if (input->focusPolicy() != Qt::NoFocus)
-            append(input);
-        for (QWidget* part : input->findChildren<QWidget*>())
-            if (part->focusPolicy() != Qt::NoFocus && part->window() == window())
-                append(part);
-    }
-    append(m_start);
-    append(m_cancel);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_progress, 1);
+    buttons->addWidget(m_start);
+    buttons->addWidget(m_cancel);
+    m_layout->addWidget(m_log, 1);
+    m_layout->addWidget(m_missing);
+    m_layout->addWidget(m_status);
+    m_layout->addLayout(buttons);
 }
 
 void BatchWindow::start()

@@ -65,13 +65,13 @@ protected:
 
 private:
     void createProgress(const Controls& controls);
+    void placeProgress();
     void start();
     void askToStop();
     void showSummary(bool wentThrough);
     void cancel();
     void closeWindow();
     void setRunning(bool running);
-    void setTabOrderAsRead();
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;

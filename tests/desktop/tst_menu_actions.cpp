@@ -52,6 +52,7 @@ void tst_menu_actions::opensEveryWindow()
     QVERIFY(StartUp(main, u"jdoe"_s));
     user.shown.clear();
     main.language = language;
+    main.connection.execute(u"INSERT INTO COMPANY VALUES('C1', 'One')"_s);
 
     FMain window(main);
     window.setActions(menuActions(window, main));

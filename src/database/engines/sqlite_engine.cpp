@@ -5,9 +5,11 @@
 #include "files/unfinished_file.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QScopeGuard>
+#include <QThread>
 
 #include <algorithm>
 #include <filesystem>
@@ -104,6 +106,25 @@ DatabaseError::Cause brokenRule(const QString& words)
     return {};
 }
 
+/// Two sessions that begin a database at one moment would be refused at once: each has the file open and
+/// waits for the other one, which the engine's own waiting does not resolve.
+void useWriteAheadLog(Connection& connection)
+{
+    QElapsedTimer waited;
+    waited.start();
+    for (;;) {
+        try {
+            connection.execute(u"PRAGMA journal_mode = WAL"_s);
+            return;
+        } catch (const DatabaseError& error) {
+            if (error.reason() != DatabaseError::Reason::Busy ||
+                waited.elapsed() > Connection::connectionTimeoutSeconds * 1000)
+                throw;
+        }
+        QThread::msleep(20);
+    }
+}
+
 } // namespace
 
 QString SqliteEngine::driver() const
@@ -132,7 +153,7 @@ void SqliteEngine::prepareSession(Connection& connection, OpenMode mode) const
     connection.execute(u"PRAGMA temp_store = MEMORY"_s);
     if (mode == OpenMode::ReadOnly)
         return;
-    connection.execute(u"PRAGMA journal_mode = WAL"_s);
+    useWriteAheadLog(connection);
     connection.execute(u"PRAGMA synchronous = FULL"_s);
     connection.execute(u"PRAGMA foreign_keys = ON"_s);
 }
@@ -158,6 +179,9 @@ QString SqliteEngine::file(const ConnectionString& string) const
 
 bool SqliteEngine::isUnused(Connection& connection) const
 {
+    // First of all: one that is filled is left as it is, or another start that opens it just now would fail.
+    if (!tables(connection).isEmpty())
+        return false;
     connection.execute(u"PRAGMA busy_timeout = 0"_s);
     // Refused while anybody else has the file open, perhaps to fill it.
     connection.execute(u"PRAGMA journal_mode = DELETE"_s);
