@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QIcon>
 #include <QPushButton>
 #include <QTextStream>
 
@@ -132,9 +133,9 @@ void takeImages(MMain& main, const QString& folder)
     frame.setActions(menuActions(frame, main));
     frame.resize(780, 600); // the manual shows it, too
     frame.show();
+    save(frame, folder + "/FMain"_L1 + suffix);
     frame.findChild<QAction*>(u"GenConf"_s)->trigger();
     generate = frame.findChild<FGenerate*>();
-    save(frame, folder + "/FMain"_L1 + suffix);
 
     choose(*generate, u"Filter_1"_s, u"LUNA"_s);
     choose(*generate, u"Filter_2"_s, u"GXP2000"_s);
@@ -154,6 +155,7 @@ void takeImages(MMain& main, const QString& folder)
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(VELMORA_ICON)));
     const QStringList arguments = QCoreApplication::arguments();
     const Prompts prompts = {
         [](const QString& text, const QString& details) {
