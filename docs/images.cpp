@@ -131,6 +131,7 @@ void takeImages(MMain& main, const QString& folder)
     FMain frame(main);
     FGenerate* generate = nullptr;
     frame.setActions(menuActions(frame, main));
+    offerLanguages(frame, main);
     frame.resize(780, 600); // the manual shows it, too
     frame.show();
     save(frame, folder + "/FMain"_L1 + suffix);
