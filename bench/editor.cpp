@@ -2,7 +2,7 @@
 // and prints the seconds until the first ones are painted, until all are there, and to sort them by name;
 // then those that it takes to read the same rows through Qt SQL alone.
 #include "common/MMain.h"
-#include "editor/windows/FParameters.h"
+#include "editor/window/FParameters.h"
 #include "schema/tables.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 // the demo database in the program folder.
 #include "common/MMain.h"
 #include "desktop/menu_actions.h"
-#include "editor/windows/FParameters.h"
+#include "editor/window/FParameters.h"
 #include "files/whole_file.h"
 #include "generation/FGenerate.h"
 #include "mainwindow/FMain.h"

@@ -2,7 +2,7 @@
 
 #include "common/MMain.h"
 #include "editor/language_setting.h"
-#include "editor/windows/FParameters.h"
+#include "editor/window/FParameters.h"
 #include "generation/FGenerate.h"
 #include "mainwindow/frmAbout.h"
 #include "mainwindow/frmBrowser.h"

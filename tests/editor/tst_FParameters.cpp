@@ -1,8 +1,8 @@
 // The table editor, driven with mouse and keys over a database as the program creates it.
 #include "common/MMain.h"
-#include "editor/windows/FParameters.h"
-#include "editor/windows/RecordCount.h"
-#include "editor/windows/editor_layout.h"
+#include "editor/list/RecordCount.h"
+#include "editor/window/FParameters.h"
+#include "editor/window/editor_layout.h"
 #include "startup/start_up.h"
 #include "support/controls.h"
 #include "support/program_folder_fixture.h"

@@ -1,13 +1,13 @@
 // The table editor without its window: rights, passwords, statements, pick lists, the order of entry, the
 // record model and the layout.
-#include "editor/pick_list.h"
-#include "editor/record_form.h"
+#include "editor/list/record_model.h"
+#include "editor/record/pick_list.h"
+#include "editor/record/record_form.h"
+#include "editor/record/record_statements.h"
+#include "editor/record/record_writing.h"
 #include "editor/record_list.h"
-#include "editor/record_statements.h"
-#include "editor/record_writing.h"
 #include "editor/table_catalogue.h"
-#include "editor/windows/editor_layout.h"
-#include "editor/windows/record_model.h"
+#include "editor/window/editor_layout.h"
 #include "support/rows.h"
 #include "support/test_database.h"
 

@@ -1,7 +1,7 @@
-#include "editor/windows/RecordActions.h"
+#include "editor/window/RecordActions.h"
 
 #include "common/MMain.h"
-#include "editor/windows/RecordView.h"
+#include "editor/list/RecordView.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>

@@ -1,8 +1,8 @@
-#include "editor/windows/TablePane.h"
+#include "editor/list/TablePane.h"
 
 #include "common/MMain.h"
-#include "editor/record_writing.h"
-#include "editor/windows/editor_layout.h"
+#include "editor/record/record_writing.h"
+#include "editor/window/editor_layout.h"
 #include "windows/failure_report.h"
 
 using namespace Qt::StringLiterals;

@@ -1,4 +1,4 @@
-#include "editor/windows/ErrorLine.h"
+#include "editor/window/ErrorLine.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 // Opening a record in the editing panel.
 #pragma once
 
-#include "editor/record_form.h"
+#include "editor/record/record_form.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "editor/record_field.h"
+#include "editor/record/record_field.h"
 
 #include "common/list_entry.h"
 

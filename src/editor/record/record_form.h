@@ -1,7 +1,7 @@
 // Entering, changing or deleting one record: the rules of the fields' order.
 #pragma once
 
-#include "editor/record_field.h"
+#include "editor/record/record_field.h"
 #include "editor/table_description.h"
 
 #include <functional>

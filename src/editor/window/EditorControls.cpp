@@ -1,8 +1,8 @@
-#include "editor/windows/EditorControls.h"
+#include "editor/window/EditorControls.h"
 
 #include "common/MMain.h"
-#include "editor/windows/RecordCount.h"
-#include "editor/windows/editor_layout.h"
+#include "editor/list/RecordCount.h"
+#include "editor/window/editor_layout.h"
 
 #include <QHBoxLayout>
 #include <QMdiSubWindow>

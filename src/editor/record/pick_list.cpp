@@ -1,4 +1,4 @@
-#include "editor/pick_list.h"
+#include "editor/record/pick_list.h"
 
 #include "common/MMain.h"
 #include "common/list_entry.h"

@@ -1,9 +1,9 @@
-#include "editor/record_writing.h"
+#include "editor/record/record_writing.h"
 
 #include "common/MMain.h"
 #include "common/texts/refusal.h"
 #include "database/transaction.h"
-#include "editor/record_statements.h"
+#include "editor/record/record_statements.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 // The open table: its filters, and below them the list of its records.
 #pragma once
 
-#include "editor/record_form.h"
+#include "editor/list/FilterPanel.h"
+#include "editor/list/RecordView.h"
+#include "editor/record/record_form.h"
 #include "editor/table_access.h"
-#include "editor/windows/FilterPanel.h"
-#include "editor/windows/RecordView.h"
 
 namespace velmora {
 

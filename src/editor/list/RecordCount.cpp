@@ -1,7 +1,7 @@
-#include "editor/windows/RecordCount.h"
+#include "editor/list/RecordCount.h"
 
 #include "common/MMain.h"
-#include "editor/windows/TablePane.h"
+#include "editor/list/TablePane.h"
 
 #include <QLocale>
 

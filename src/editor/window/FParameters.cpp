@@ -1,9 +1,9 @@
-#include "editor/windows/FParameters.h"
+#include "editor/window/FParameters.h"
 
 #include "common/MMain.h"
-#include "editor/record_writing.h"
-#include "editor/windows/editor_layout.h"
-#include "editor/windows/record_opening.h"
+#include "editor/panel/record_opening.h"
+#include "editor/record/record_writing.h"
+#include "editor/window/editor_layout.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
 

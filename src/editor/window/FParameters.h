@@ -1,7 +1,7 @@
 // The table editor.
 #pragma once
 
-#include "editor/windows/EditorControls.h"
+#include "editor/window/EditorControls.h"
 
 namespace velmora {
 

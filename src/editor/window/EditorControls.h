@@ -1,11 +1,11 @@
 // The controls of the table editor, and where they stand.
 #pragma once
 
-#include "editor/windows/ErrorLine.h"
-#include "editor/windows/RecordActions.h"
-#include "editor/windows/RecordPanel.h"
-#include "editor/windows/TabStrip.h"
-#include "editor/windows/TablePane.h"
+#include "editor/list/TablePane.h"
+#include "editor/panel/RecordPanel.h"
+#include "editor/window/ErrorLine.h"
+#include "editor/window/RecordActions.h"
+#include "editor/window/TabStrip.h"
 
 #include <QPushButton>
 

@@ -1,8 +1,8 @@
 // The list of records: `ListCom`.
 #pragma once
 
+#include "editor/list/record_model.h"
 #include "editor/record_list.h"
-#include "editor/windows/record_model.h"
 
 #include <QTimer>
 #include <QTreeView>

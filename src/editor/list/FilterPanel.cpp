@@ -1,4 +1,4 @@
-#include "editor/windows/FilterPanel.h"
+#include "editor/list/FilterPanel.h"
 
 #include <QEvent>
 #include <QListView>

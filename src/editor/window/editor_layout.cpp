@@ -1,4 +1,4 @@
-#include "editor/windows/editor_layout.h"
+#include "editor/window/editor_layout.h"
 
 #include <algorithm>
 

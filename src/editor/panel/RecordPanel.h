@@ -1,7 +1,7 @@
 // The editing panel: the fields of one record.
 #pragma once
 
-#include "editor/record_form.h"
+#include "editor/record/record_form.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "editor/record_form.h"
+#include "editor/record/record_form.h"
 
 #include "common/list_entry.h"
 

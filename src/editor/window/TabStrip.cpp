@@ -1,4 +1,4 @@
-#include "editor/windows/TabStrip.h"
+#include "editor/window/TabStrip.h"
 
 #include <QWheelEvent>
 

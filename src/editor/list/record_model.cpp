@@ -1,4 +1,4 @@
-#include "editor/windows/record_model.h"
+#include "editor/list/record_model.h"
 
 #include <QCollator>
 

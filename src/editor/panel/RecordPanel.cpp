@@ -1,4 +1,4 @@
-#include "editor/windows/RecordPanel.h"
+#include "editor/panel/RecordPanel.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

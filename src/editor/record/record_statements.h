@@ -1,7 +1,7 @@
 // The statements that insert, update and delete one record.
 #pragma once
 
-#include "editor/record_form.h"
+#include "editor/record/record_form.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 // Pick lists: the queries, kept as rows of the database, that fill the drop-downs of the editing panel.
 #pragma once
 
-#include "editor/record_field.h"
+#include "editor/record/record_field.h"
 #include "editor/table_description.h"
 
 namespace velmora {

@@ -1,4 +1,4 @@
-#include "editor/record_statements.h"
+#include "editor/record/record_statements.h"
 
 using namespace Qt::StringLiterals;
 

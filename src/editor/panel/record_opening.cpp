@@ -1,7 +1,7 @@
-#include "editor/windows/record_opening.h"
+#include "editor/panel/record_opening.h"
 
 #include "common/MMain.h"
-#include "editor/pick_list.h"
+#include "editor/record/pick_list.h"
 #include "windows/failure_report.h"
 
 namespace velmora {

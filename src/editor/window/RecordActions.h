@@ -1,7 +1,7 @@
 // What can be done with records: `New`, `Edit`, `Delete`.
 #pragma once
 
-#include "editor/record_form.h"
+#include "editor/record/record_form.h"
 
 #include <QAction>
 #include <QMenu>

@@ -1,7 +1,7 @@
 // Writing one record to the database.
 #pragma once
 
-#include "editor/record_form.h"
+#include "editor/record/record_form.h"
 
 #include <optional>
 

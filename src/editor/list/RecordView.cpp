@@ -1,7 +1,7 @@
-#include "editor/windows/RecordView.h"
+#include "editor/list/RecordView.h"
 
 #include "common/MMain.h"
-#include "editor/windows/editor_layout.h"
+#include "editor/window/editor_layout.h"
 #include "windows/failure_report.h"
 
 #include <QElapsedTimer>
