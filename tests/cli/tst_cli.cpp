@@ -251,7 +251,7 @@ void tst_cli::undoesAKilledImport()
     QProcess program;
     start(program, "phonebook import --company LUNA --equipment GXP2000 --folder "_L1 + m_folder->path());
     // Until a part of it has reached the file.
-    QTRY_VERIFY(QFileInfo(m_folder->file(u"velmora.db-wal"_s)).size() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(m_folder->file(u"velmora.db-wal"_s)).size() > 0, 60000);
     program.kill();
     program.waitForFinished();
     QCOMPARE(program.exitStatus(), QProcess::CrashExit);
