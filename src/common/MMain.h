@@ -5,6 +5,7 @@
 #include "common/macros.h"
 #include "common/phone.h"
 #include "common/prompts.h"
+#include "common/remembered.h"
 #include "database/connection.h"
 
 namespace velmora {
@@ -31,9 +32,7 @@ public:
     /// Ends a generation run after its current step.
     bool stopFlag = false;
     Batch batch;
-    /// The company and the model that were chosen last in any window; the next one proposes them.
-    QString lastCompany;
-    QString lastEquipment;
+    Remembered remembered;
 
     /// The value of a row of SYSTEM_PARAMETERS, the first of a sub-code; nothing where there is none.
     std::optional<QString> setting(const QString& code, const QString& subcode);

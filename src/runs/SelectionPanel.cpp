@@ -13,6 +13,10 @@ namespace velmora {
 
 namespace {
 
+// What was chosen last in any window; the next one proposes it.
+const QString lastCompany = u"Last/Company"_s;
+const QString lastEquipment = u"Last/Equipment"_s;
+
 /// Finds entries by any part of their text. What is typed and is no entry is given up.
 void makeSearchable(QComboBox& list)
 {
@@ -56,9 +60,9 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
 
 void SelectionPanel::chooseLast()
 {
-    const QString equipment = m_main.lastEquipment;
+    const QString equipment = m_main.remembered.value(lastEquipment).toString();
     reportFailures(m_main, [&] {
-        if (choose(1, m_main.lastCompany))
+        if (choose(1, m_main.remembered.value(lastCompany).toString()))
             choose(2, equipment);
     });
 }
@@ -111,7 +115,7 @@ void SelectionPanel::chosen(int list)
 {
     switch (list) {
     case 1:
-        m_main.lastCompany = company();
+        m_main.remembered.set(lastCompany, company());
         for (int later = 2; later <= m_filters.size(); ++later)
             clear(later);
         Q_EMIT companyChosen();
@@ -119,7 +123,7 @@ void SelectionPanel::chosen(int list)
             fill(2, modelsOf(m_main, company()));
         break;
     case 2:
-        m_main.lastEquipment = equipment();
+        m_main.remembered.set(lastEquipment, equipment());
         Q_EMIT equipmentChosen();
         break;
     case 3:

@@ -1,10 +1,14 @@
 // The main window: menu, rights, captions, children, closing.
+#include "editor/list/RecordView.h"
 #include "mainwindow/FMain.h"
 #include "mainwindow/menu.h"
+#include "runs/SelectionPanel.h"
+#include "support/controls.h"
 #include "support/test_database.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -151,12 +155,29 @@ void tst_FMain::stopsARunBeforeItQuits()
     QTRY_VERIFY(!window.isVisible());
 }
 
+/// Places, widths and what was chosen last, in the next session.
 void tst_FMain::remembersItsWindows()
 {
-    const QString settings = m_database->folder() + "/windows.ini"_L1;
     const QRect place(30, 40, 300, 200);
+    m_database->addPhone(u"C2"_s, u"PAP2"_s, u"101"_s, {}, {});
+    m_database->addPhone(u"C2"_s, u"GXP2000"_s, u"102"_s, {}, {});
     for (const bool again : {false, true}) {
-        FMain window(m_database->main, settings);
+        m_database->main.remembered = {};
+        m_database->main.remembered.keepIn(m_database->folder() + "/new/windows.ini"_L1);
+        RecordView list(m_database->main);
+        list.setTable({u"T"_s, {{u"A"_s, u"A"_s}, {u"B"_s, u"B"_s}, {u"C"_s, u"C"_s}}, {}});
+        list.clear();
+        SelectionPanel selection(m_database->main, 2);
+        if (again) {
+            selection.chooseLast();
+        } else {
+            list.header()->resizeSection(1, 234);
+            choose(filter(selection, 1), u"C2"_s);
+            choose(filter(selection, 2), u"PAP2"_s);
+        }
+        QCOMPARE(list.header()->sectionSize(1), 234);
+        QCOMPARE(selection.company() + selection.equipment(), u"C2PAP2"_s);
+        FMain window(m_database->main);
         if (!again)
             window.resize(700, 500);
         window.show();
