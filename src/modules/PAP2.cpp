@@ -1,10 +1,17 @@
 #include "modules/PAP2.h"
 
+#include "files/ansi.h"
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
 namespace {
+
+constexpr QByteArrayView startTag("<flat-profile>\r\n");
+constexpr QByteArrayView endTag("</flat-profile>\r\n");
+/// No parameter has a longer code.
+constexpr qsizetype longestCode = 255;
 
 DeviceFileNames names(const Phone& phone, const Levels& levels)
 {
@@ -17,7 +24,7 @@ DeviceFileNames names(const Phone& phone, const Levels& levels)
 DeviceFile profile(const QList<Parameter>& parameters, bool withComments)
 {
     DeviceFile file;
-    file.bytes = "<flat-profile>\r\n";
+    file.bytes += startTag;
     for (const Parameter& parameter : parameters) {
         const auto append = [&](QStringView text) { appendPiece(file, parameter.code, text); };
         if (withComments)
@@ -25,7 +32,7 @@ DeviceFile profile(const QList<Parameter>& parameters, bool withComments)
         append(
             QString(u'<' + parameter.code + u'>' + parameter.value + "</"_L1 + parameter.code + ">\r\n"_L1));
     }
-    file.bytes += "</flat-profile>\r\n";
+    file.bytes += endTag;
     return file;
 }
 
@@ -39,8 +46,40 @@ DeviceFile source(const QList<Parameter>& parameters)
     return profile(parameters, true);
 }
 
+/// The elements of a profile, without its outer tags; nothing where there is something else.
+std::optional<QMap<QString, QString>> elementsIn(const QByteArray& text)
+{
+    QMap<QString, QString> values;
+    for (qsizetype begin = 0; begin < text.size();) {
+        const qsizetype codeEnd = text.indexOf('>', begin);
+        if (text[begin] != '<' || codeEnd < begin + 2 || codeEnd - begin > longestCode)
+            return std::nullopt;
+        const QByteArray code = text.sliced(begin + 1, codeEnd - begin - 1);
+        const QByteArray close = "</" + code + ">\r\n";
+        // Only at the end or before another element: a value may hold all but that.
+        const qsizetype next = text.indexOf(QByteArray(close + '<'), codeEnd + 1);
+        const qsizetype valueEnd = next >= 0 ? next : text.size() - close.size();
+        if (valueEnd <= codeEnd || (next < 0 && !text.endsWith(close)))
+            return std::nullopt;
+        values[decodeAnsi(code)] = decodeAnsi(text.sliced(codeEnd + 1, valueEnd - codeEnd - 1));
+        begin = valueEnd + close.size();
+    }
+    return values;
+}
+
 } // namespace
 
 const Writer PAP2 = {names, device, source};
+
+FileContents readPAP2(const QByteArray& bytes)
+{
+    if (!bytes.startsWith(startTag))
+        return {{}, Unreadable::Foreign};
+    if (bytes.size() < startTag.size() + endTag.size() || !bytes.endsWith(endTag))
+        return {{}, Unreadable::CutOff};
+    const auto values =
+        elementsIn(bytes.sliced(startTag.size(), bytes.size() - startTag.size() - endTag.size()));
+    return values ? FileContents{*values, {}} : FileContents{{}, Unreadable::Foreign};
+}
 
 } // namespace velmora

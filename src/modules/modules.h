@@ -1,6 +1,7 @@
 // The modules: what Velmora can do for the phones of a model. This is the one place that names all of it.
 #pragma once
 
+#include "modules/reader.h"
 #include "modules/reboot_procedures.h"
 #include "modules/writer.h"
 
@@ -24,6 +25,8 @@ struct Module {
     QString name;
     /// Null for phones that load no file.
     const Writer* writer;
+    /// Reads what the writer writes; null where there is none.
+    Reader reader;
     /// Nothing for phones that are not restarted through their web servers.
     std::optional<Restart> restart;
 };
