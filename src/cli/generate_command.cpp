@@ -1,8 +1,8 @@
 #include "cli/command.h"
 #include "cli/selection.h"
 #include "common/MMain.h"
+#include "generation/destination.h"
 #include "generation/generate.h"
-#include "generation/remembered_levels.h"
 #include "mainwindow/menu.h"
 #include "runs/phone_selection.h"
 
@@ -44,11 +44,9 @@ GenerationRequest requestOf(MMain& main, const Options& options)
     request.phoneFrom = range.from;
     request.phoneTo = range.to;
     request.withSource = options.source;
-    request.levels = options.levels.empty() ? rememberedLevels(main, request.company, request.equipment)
-                                            : chosenLevels(options.levels);
-    request.folder = options.folder.empty()
-                         ? rememberedFolder(main, request.company + request.equipment, u"$$GENPATH"_s)
-                         : QString::fromStdString(options.folder);
+    const Destination remembered = rememberedDestination(main, request.company, request.equipment);
+    request.levels = options.levels.empty() ? remembered.levels : chosenLevels(options.levels);
+    request.folder = options.folder.empty() ? remembered.folder : QString::fromStdString(options.folder);
     return request;
 }
 

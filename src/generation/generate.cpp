@@ -5,6 +5,7 @@
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
+#include "generation/destination.h"
 #include "modules/GXP2000.h"
 #include "modules/modules.h"
 
@@ -20,27 +21,6 @@ using namespace Qt::StringLiterals;
 namespace velmora {
 
 namespace {
-
-/// Whether a name that is made of database texts is that of a file, and does not lead to another folder.
-bool isFileName(const QString& name)
-{
-    return !name.contains(u'/') && !name.contains(u'\\');
-}
-
-/// Whether `folder`, made from `pattern` by replacing a macro in it, is where the pattern leads for every
-/// phone: what stands for the macro must be a part of one folder's name.
-bool followsPattern(const QString& folder, const QString& pattern)
-{
-    static const QRegularExpression separator(u"[/\\\\]"_s);
-    const QStringList names = folder.split(separator);
-    const QStringList patternNames = pattern.split(separator);
-    if (names.size() != patternNames.size())
-        return false;
-    for (qsizetype place = 0; place < names.size(); ++place)
-        if (names[place] == ".."_L1 && patternNames[place] != names[place])
-            return false;
-    return true;
-}
 
 /// One run over the phones of the shared record set. A step that returns false ends it.
 class Run {
