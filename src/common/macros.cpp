@@ -3,7 +3,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 using namespace Qt::StringLiterals;
@@ -11,15 +10,6 @@ using namespace Qt::StringLiterals;
 namespace velmora {
 
 namespace {
-
-QString firstToken(const QString& value)
-{
-    const QString rest = value.sliced(value.indexOf("$$"_L1));
-    for (const QChar end : {QChar(u'\''), QChar(u' ')})
-        if (const qsizetype position = rest.indexOf(end); position >= 0)
-            return rest.first(position);
-    return rest;
-}
 
 /// The part of `text` that the arguments of the token name; nothing when they are not two numbers.
 std::optional<QString> cutByArguments(const QString& text, const QStringList& arguments)
@@ -42,23 +32,38 @@ std::optional<QString> cutByArguments(const QString& text, const QStringList& ar
 
 } // namespace
 
-MacroExpansion expandMacros(const QString& value, const Phone& phone, MacroContext context)
+QString macroToken(const QString& value)
 {
-    if (!value.contains("$$"_L1))
-        return {value, {}, false};
-    const QString token = firstToken(value);
+    const qsizetype start = value.indexOf("$$"_L1);
+    if (start < 0)
+        return {};
+    for (const QChar end : {QChar(u'\''), QChar(u' ')})
+        if (const qsizetype position = value.indexOf(end, start); position >= 0)
+            return value.sliced(start, position - start);
+    return value.sliced(start);
+}
+
+MacroReplacement macroReplacement(const QString& token, const Phone& phone)
+{
     QStringList arguments = token.split(u',');
     const QString name = arguments.takeFirst();
-
-    std::optional<QString> replacement =
+    std::optional<QString> text =
         cutByArguments(name == "$$N"_L1 ? phone.description : phone.code, arguments);
-    if (!replacement)
-        return {value, token, false};
-    if (name != "$$P"_L1 && name != "$$N"_L1)
-        return {value, token, true};
+    const bool unknownName = text && name != "$$P"_L1 && name != "$$N"_L1;
+    return {unknownName ? std::nullopt : std::move(text), unknownName};
+}
+
+MacroExpansion expandMacros(const QString& value, const Phone& phone, MacroContext context)
+{
+    const QString token = macroToken(value);
+    if (token.isEmpty())
+        return {value, {}, false};
+    MacroReplacement replacement = macroReplacement(token, phone);
+    if (!replacement.text)
+        return {value, token, replacement.unknownName};
     if (context == MacroContext::Statement)
-        replacement->replace(u'\'', "''"_L1);
-    return {QString(value).replace(token, *replacement), {}, false};
+        replacement.text->replace(u'\'', "''"_L1);
+    return {QString(value).replace(token, *replacement.text), {}, false};
 }
 
 } // namespace velmora
