@@ -11,14 +11,22 @@ namespace {
 /// Enough for a server not to be waited for much, and little to hold.
 constexpr int phonesAtOnce = 100;
 
+/// One "?" for each of the values.
+QString marks(const QStringList& values)
+{
+    return u'(' + QStringList(values.size(), u"?"_s).join(u',') + u')';
+}
+
 } // namespace
 
 RunRows::RunRows(MMain& main, const Levels& levels) : m_main(main), m_levels(levels)
 {
     const Phone phone = main.currentPhone();
-    readModel(phone);
+    readCatalogue(phone);
     if (levels.company)
         readCompany(phone);
+    if (levels.phone)
+        readModels(phone);
     for (const ParameterRow& row : m_sharedRows)
         m_shared << &row;
     sortForMerge(m_shared);
@@ -34,7 +42,7 @@ ParameterRows RunRows::ofCurrentPhone()
     return inOneList(m_shared, m_ofPhones.value(phone.code));
 }
 
-void RunRows::readModel(const Phone& phone)
+void RunRows::readCatalogue(const Phone& phone)
 {
     Cursor rows = m_main.connection.cursor(
         u"SELECT PA_CODE, PA_DESC, PA_DEFAULT, LE_CODE FROM EQUIPMENT_PARAMETERS WHERE EQ_CODE = ?"_s,
@@ -56,23 +64,31 @@ void RunRows::readCompany(const Phone& phone)
                                   Parameter{rows.text(0), m_descriptions.value(rows.text(0)), rows.text(1)});
 }
 
+void RunRows::readModels(const Phone& phone)
+{
+    m_models = {phone.equipment};
+    Cursor rows =
+        m_main.connection.cursor(u"SELECT EQ_CODE FROM EQUIPMENT WHERE EQ_CODE <> ?"_s, {phone.equipment});
+    while (rows.next())
+        m_models << rows.text(0);
+}
+
 void RunRows::readPhones(const Phone& first)
 {
     m_phoneRows.clear();
     m_ofPhones.clear();
-    QString last;
-    Recordset ahead = m_main.phones;
-    for (int phone = 0; phone < phonesAtOnce && !ahead.eof(); ++phone, ahead.moveNext()) {
-        last = ahead.text("PH_CODE"_L1);
+    QStringList phones;
+    for (Recordset ahead = m_main.phones; !ahead.eof() && phones.size() < phonesAtOnce; ahead.moveNext()) {
+        phones << ahead.text("PH_CODE"_L1);
         m_readUpTo = ahead.absolutePosition();
     }
-    // Naming models and phones lets the primary key find the rows.
+    // What is set under other models counts as well. Naming models and phones lets the primary key find the
+    // rows: neither engine would use all of it for a range or a query in their place.
     Cursor rows = m_main.connection.cursor(
-        u"SELECT PH_CODE, PA_CODE, PA_VALUE, NULLIF(EQ_CODE, ?) FROM PHONES_PARAMETERS WHERE CO_CODE = ? AND "
-        u"EQ_CODE IN "
-        "(SELECT EQ_CODE FROM EQUIPMENT) AND PH_CODE IN (SELECT PH_CODE FROM PHONES WHERE CO_CODE = ? AND "
-        "EQ_CODE = ? AND PH_CODE BETWEEN ? AND ?)"_s,
-        {first.equipment, first.company, first.company, first.equipment, first.code, last});
+        "SELECT PH_CODE, PA_CODE, PA_VALUE, NULLIF(EQ_CODE, ?) FROM PHONES_PARAMETERS WHERE CO_CODE = ? AND "
+        "EQ_CODE IN "_L1 +
+            marks(m_models) + " AND PH_CODE IN "_L1 + marks(phones),
+        QStringList{first.equipment, first.company} + m_models + phones);
     while (rows.next()) {
         const QString code = rows.text(1);
         m_phoneRows.emplace_back(u'P', Parameter{code, m_descriptions.value(code), rows.text(2)},

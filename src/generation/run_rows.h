@@ -22,8 +22,9 @@ public:
     ParameterRows ofCurrentPhone();
 
 private:
-    void readModel(const Phone& phone);
+    void readCatalogue(const Phone& phone);
     void readCompany(const Phone& phone);
+    void readModels(const Phone& phone);
     void readPhones(const Phone& first);
 
     MMain& m_main;
@@ -33,6 +34,8 @@ private:
     /// What is the same for all phones.
     std::deque<ParameterRow> m_sharedRows;
     ParameterRows m_shared;
+    /// All models, the phones' own one first.
+    QStringList m_models;
     /// What is set for each of the phones that were read last, by their codes.
     std::deque<ParameterRow> m_phoneRows;
     QHash<QString, ParameterRows> m_ofPhones;
