@@ -99,6 +99,8 @@ QString MMain::GetParameterValue(const QString& code)
 
 QString MMain::ExpandMacros(const QString& value, MacroContext context)
 {
+    if (!value.contains("$$"_L1))
+        return value;
     const Phone phone = currentPhone();
     const MacroExpansion expansion = expandMacros(value, phone, context);
     if (!expansion.refusedToken.isEmpty()) {

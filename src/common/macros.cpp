@@ -1,6 +1,6 @@
 #include "common/macros.h"
 
-#include <QStringList>
+#include <QList>
 
 #include <algorithm>
 #include <string>
@@ -12,7 +12,7 @@ namespace velmora {
 namespace {
 
 /// The part of `text` that the arguments of the token name; nothing when they are not two numbers.
-std::optional<QString> cutByArguments(const QString& text, const QStringList& arguments)
+std::optional<QString> cutByArguments(const QString& text, const QList<QStringView>& arguments)
 {
     if (arguments.isEmpty())
         return text;
@@ -45,8 +45,8 @@ QString macroToken(const QString& value)
 
 MacroReplacement macroReplacement(const QString& token, const Phone& phone)
 {
-    QStringList arguments = token.split(u',');
-    const QString name = arguments.takeFirst();
+    QList<QStringView> arguments = QStringView(token).split(u',');
+    const QStringView name = arguments.takeFirst();
     std::optional<QString> text =
         cutByArguments(name == "$$N"_L1 ? phone.description : phone.code, arguments);
     const bool unknownName = text && name != "$$P"_L1 && name != "$$N"_L1;

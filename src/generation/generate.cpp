@@ -150,7 +150,7 @@ private:
     /// memory without a doubt is merged in the staging table, which tells which rows it refuses, and why.
     std::optional<QList<MergedParameter>> parametersOf(const Phone& phone)
     {
-        Merge merged = merge(m_rows.ofCurrentPhone(), phone);
+        Merge merged = merge(m_rows.of(phone), phone);
         if (merged.doubtful.isEmpty())
             return std::move(merged.parameters);
         return mergeInTable(m_main, m_request.levels,

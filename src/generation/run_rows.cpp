@@ -32,11 +32,10 @@ RunRows::RunRows(MMain& main, const Levels& levels) : m_main(main), m_levels(lev
     sortForMerge(m_shared);
 }
 
-ParameterRows RunRows::ofCurrentPhone()
+ParameterRows RunRows::of(const Phone& phone)
 {
     if (!m_levels.phone)
         return m_shared;
-    const Phone phone = m_main.currentPhone();
     if (m_main.phones.absolutePosition() > m_readUpTo)
         readPhones(phone);
     return inOneList(m_shared, m_ofPhones.value(phone.code));

@@ -18,8 +18,9 @@ public:
     /// REQUIRES: the main module has a current phone.
     RunRows(MMain& main, const Levels& levels);
 
-    /// The rows of the current phone, sorted for merge(). They stay until the next call.
-    ParameterRows ofCurrentPhone();
+    /// The rows of `phone`, sorted for merge(). They stay until the next call. REQUIRES: it is the current
+    /// phone.
+    ParameterRows of(const Phone& phone);
 
 private:
     void readCatalogue(const Phone& phone);

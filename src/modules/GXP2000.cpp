@@ -1,5 +1,6 @@
 #include "modules/GXP2000.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -50,15 +51,20 @@ Piece sourcePiece(const Parameter& parameter)
                                parameter.value, u"\r\n"});
 }
 
+/// In one piece of memory, since it is half the work of an image.
 void appendParameters(DeviceFile& image, const Pieces& pieces)
 {
-    const qsizetype others = pieces.size() + 64; // an "&" for each, what stands before them and the key
-    image.bytes.reserve(image.bytes.size() + sizeOf(pieces) + others);
+    const qsizetype before = image.bytes.size();
+    image.bytes.resize(before + sizeOf(pieces) + pieces.size());
+    char* const start = image.bytes.data();
+    char* end = start + before;
     for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
-        if (image.bytes.size() > headerSize)
-            image.bytes += '&';
-        image.append(**piece);
+        if (end - start > headerSize)
+            *end++ = '&';
+        end = std::copy((*piece)->bytes.begin(), (*piece)->bytes.end(), end);
+        image.noteLoss(**piece);
     }
+    image.bytes.truncate(end - start);
     image.bytes += "&gnkey=7c3e";
 }
 

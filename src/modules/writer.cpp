@@ -37,19 +37,14 @@ qsizetype sizeOf(const Pieces& pieces)
                            [](qsizetype sum, const Piece* piece) { return sum + piece->bytes.size(); });
 }
 
-void DeviceFile::append(const Piece& piece)
-{
-    bytes += piece.bytes;
-    if (piece.isLossy)
-        lossyCodes << piece.code;
-}
-
 DeviceFile joined(const Pieces& pieces)
 {
     DeviceFile file;
     file.bytes.reserve(sizeOf(pieces));
-    for (const Piece* piece : pieces)
-        file.append(*piece);
+    for (const Piece* piece : pieces) {
+        file.bytes += piece->bytes;
+        file.noteLoss(*piece);
+    }
     return file;
 }
 

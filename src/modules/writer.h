@@ -50,7 +50,11 @@ struct DeviceFile {
     /// The characters of the MAC address that are no hexadecimal digits.
     QString rejectedDigits;
 
-    void append(const Piece& piece);
+    void noteLoss(const Piece& piece)
+    {
+        if (piece.isLossy)
+            lossyCodes << piece.code;
+    }
 };
 
 /// The writer of one module: pure functions, no file is touched.

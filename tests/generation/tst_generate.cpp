@@ -408,9 +408,10 @@ void tst_generate::bothWays()
         const QStringList one = traces();
         m_database->selectPhones(m_request.company);
         RunRows rows(m_database->main, m_request.levels);
-        for (Recordset& phones = m_database->main.phones; !phones.eof(); phones.moveNext())
-            ++(merge(rows.ofCurrentPhone(), m_database->main.currentPhone()).doubtful.isEmpty() ? inMemory
-                                                                                                : inTable);
+        for (Recordset& phones = m_database->main.phones; !phones.eof(); phones.moveNext()) {
+            const Phone phone = m_database->main.currentPhone();
+            ++(merge(rows.of(phone), phone).doubtful.isEmpty() ? inMemory : inTable);
+        }
         m_database->main.connection.execute(
             u"UPDATE EQUIPMENT_PARAMETERS SET PA_DESC = ? WHERE PA_CODE = 'shown to none'"_s,
             {u"\U0001F600"_s.repeated(200)});

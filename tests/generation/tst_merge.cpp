@@ -87,8 +87,9 @@ QString tst_merge::merge()
     QStringList lines;
     m_merged = mergeInTable(m_database->main, m_levels, [&lines](const QString& text) { lines << text; });
     QTest::qCompare(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s, "", "", __FILE__, __LINE__);
+    const Phone phone = m_database->main.currentPhone();
     RunRows rows(m_database->main, m_levels);
-    const Merge inMemory = velmora::merge(rows.ofCurrentPhone(), m_database->main.currentPhone());
+    const Merge inMemory = velmora::merge(rows.of(phone), phone);
     m_isDoubtful = !inMemory.doubtful.isEmpty();
     if (!m_isDoubtful)
         QTest::qCompare(textOf(inMemory.parameters), m_merged ? merged() : u"ended"_s, "", "", __FILE__,
