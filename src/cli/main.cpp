@@ -85,7 +85,7 @@ int main(int argc, char** argv)
     parser.add_flag("--yes", yes, "Answer yes to every question");
     const std::vector<Command> commands = {
         startCommand(parser),  listCommand(parser),   generateCommand(parser), phonebookCommand(parser),
-        rangesCommand(parser), rebootCommand(parser), languageCommand(parser)};
+        rangesCommand(parser), rebootCommand(parser), languageCommand(parser), tableCommand(parser)};
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {
