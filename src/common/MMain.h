@@ -43,6 +43,10 @@ public:
     /// The text of `code`, or `otherwise` where the database holds none.
     QString textOr(const QString& code, const QString& otherwise);
 
+    /// The text of a message, in which a "$$" stands for what is to be filled in; an empty text where there
+    /// is none.
+    QString messageText(const QString& code);
+
     /// The message of `code`, every "$$" in it replaced by `substitution`; shown when `show` is set. A
     /// message without a text row sets `show`, so that it is always seen. `details` explain what is shown.
     QString GetMessage(const QString& code, const QString& substitution, bool& show,

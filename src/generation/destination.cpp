@@ -23,6 +23,8 @@ bool isFileName(const QString& name)
 
 bool followsPattern(const QString& folder, const QString& pattern)
 {
+    if (folder == pattern)
+        return true;
     static const QRegularExpression separator(u"[/\\\\]"_s);
     const QStringList names = folder.split(separator);
     const QStringList patternNames = pattern.split(separator);

@@ -6,6 +6,7 @@
 #include "schema/version.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -158,8 +159,12 @@ void FMain::setActions(const Actions& actions)
         action->setStatusTip(hint(item.control, exists));
         action->disconnect(this);
         if (all.contains(item.control))
-            connect(action, &QAction::triggered, this,
-                    [this, open = all[item.control]] { reportFailures(m_main, open); });
+            connect(action, &QAction::triggered, this, [this, open = all[item.control]] {
+                reportFailures(m_main, [&open] {
+                    const WaitCursor waiting;
+                    open();
+                });
+            });
     }
     m_start->setItems(reachableItems());
 }

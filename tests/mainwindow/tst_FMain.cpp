@@ -245,6 +245,21 @@ void tst_FMain::showsTheCompaniesAnew()
     QCOMPARE(shown, QStringList({u"Company|Name of the company|Phones|\u2013|GXP2000|PAP2"_s,
                                  u"ALBA|Alba|0|||"_s, u"LUNA|company|3|1|1|1"_s}));
 
+    QStringList opened;
+    window.setActions(
+        {{u"Ranges"_s, [&] { opened << u"Ranges"_s; }}, {u"Reboot"_s, [&] { opened << u"Reboot"_s; }}});
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Return})
+        QTest::keyClick(companies, key);
+    QCOMPARE(opened, QStringList({u"Ranges"_s, u"Reboot"_s}));
+    const Remembered& remembered = m_database->main.remembered;
+    QCOMPARE(remembered.value(Remembered::lastCompany), u"LUNA"_s);
+    QVERIFY(!remembered.value(Remembered::lastEquipment).isValid());
+    const QPoint ofModel = companies->visualRect(companies->model()->index(1, 4)).center();
+    QTest::mouseClick(companies->viewport(), Qt::LeftButton, {}, ofModel);
+    QTest::mouseDClick(companies->viewport(), Qt::LeftButton, {}, ofModel);
+    QCOMPARE(opened.size(), 3);
+    QCOMPARE(remembered.value(Remembered::lastEquipment), u"GXP2000"_s);
+
     showChild(window);
     m_database->run(u"ALTER TABLE PHONES RENAME TO GONE"_s);
     window.findChild<QMdiSubWindow*>()->close();
