@@ -101,14 +101,17 @@ QString MMain::ExpandMacros(const QString& value, MacroContext context)
 {
     if (!value.contains("$$"_L1))
         return value;
-    const Phone phone = currentPhone();
-    const MacroExpansion expansion = expandMacros(value, phone, context);
-    if (!expansion.refusedToken.isEmpty()) {
-        bool show = true;
-        GetMessage(u"M6"_s, expansion.refusedToken, show, describe(phone));
-        stopFlag = stopFlag || expansion.unknownName;
-    }
+    const MacroExpansion expansion = expandMacros(value, currentPhone(), context);
+    if (!expansion.refusedToken.isEmpty())
+        showRefusedMacro(expansion);
     return expansion.text;
+}
+
+void MMain::showRefusedMacro(const MacroExpansion& expansion)
+{
+    bool show = true;
+    GetMessage(u"M6"_s, expansion.refusedToken, show, describe(currentPhone()));
+    stopFlag = stopFlag || expansion.unknownName;
 }
 
 QString MMain::BrowseFolder(const QString& startFolder) const

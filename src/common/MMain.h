@@ -65,6 +65,9 @@ public:
     /// one also sets the stop flag.
     QString ExpandMacros(const QString& value, MacroContext context = MacroContext::Value);
 
+    /// Shows that a macro is refused for the current phone (M6); an unknown one sets the stop flag.
+    void showRefusedMacro(const MacroExpansion& expansion);
+
     /// Lets the user choose a folder; `startFolder` when nothing was chosen.
     QString BrowseFolder(const QString& startFolder) const;
 

@@ -6,8 +6,7 @@
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
 #include "generation/destination.h"
-#include "generation/run_rows.h"
-#include "generation/staging.h"
+#include "generation/phone_files.h"
 #include "modules/GXP2000.h"
 #include "modules/modules.h"
 
@@ -16,8 +15,6 @@
 #include <QRegularExpression>
 #include <QSet>
 
-#include <deque>
-#include <unordered_map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -26,36 +23,11 @@ namespace velmora {
 
 namespace {
 
-/// The pieces of one kind of file. What all phones share is made once.
-class PieceMaker {
-public:
-    /// They stay until the next call.
-    Pieces make(Piece (*piece)(const Parameter&), const QList<MergedParameter>& parameters)
-    {
-        Pieces pieces;
-        pieces.reserve(parameters.size());
-        m_own.clear();
-        for (const MergedParameter& one : parameters) {
-            if (!one.isShared())
-                pieces << &m_own.emplace_back(piece(one.parameter()));
-            else if (const auto known = m_shared.find(one.row); known != m_shared.end())
-                pieces << &known->second;
-            else
-                pieces << &m_shared.emplace(one.row, piece(one.parameter())).first->second;
-        }
-        return pieces;
-    }
-
-private:
-    std::unordered_map<const ParameterRow*, Piece> m_shared;
-    std::deque<Piece> m_own;
-};
-
 /// One run over the phones of the shared record set. A step that returns false ends it.
 class Run {
 public:
     Run(MMain& main, const GenerationRequest& request, const RunReport& report)
-        : m_main(main), m_request(request), m_report(report), m_rows(main, request.levels)
+        : m_main(main), m_request(request), m_report(report), m_files(main, request.levels)
     {
     }
 
@@ -118,21 +90,10 @@ private:
             return false;
         }
         tidyOnce(folder);
-        const auto parameters = parametersOf(phone);
+        const auto parameters = m_files.parametersOf(phone, m_staging);
         const bool goOn = parameters && dispatch(phone, *parameters, folder);
         listStagingLines();
         return goOn;
-    }
-
-    /// What the current phone gets; nothing where an unknown macro ends the run. What can't be merged in
-    /// memory without a doubt is merged in the staging table, which tells which rows it refuses, and why.
-    std::optional<QList<MergedParameter>> parametersOf(const Phone& phone)
-    {
-        Merge merged = merge(m_rows.of(phone), phone);
-        if (merged.doubtful.isEmpty())
-            return std::move(merged.parameters);
-        return mergeInTable(m_main, m_request.levels,
-                            [this](const QString& line) { m_stagingLines << line; });
     }
 
     /// Removes what an earlier run was killed over: a half device file holds passwords too.
@@ -191,10 +152,9 @@ private:
             return true;
         }
         try {
-            const DeviceFile file = writer.device(phone, m_devicePieces.make(writer.devicePiece, parameters));
-            const DeviceFile source = m_request.withSource
-                                          ? writer.source(m_sourcePieces.make(writer.sourcePiece, parameters))
-                                          : DeviceFile();
+            const DeviceFile file = m_files.device(writer, phone, parameters);
+            const DeviceFile source =
+                m_request.withSource ? m_files.source(writer, parameters) : DeviceFile();
             if (writesSource)
                 writeWholeFile(pathIn(folder, names.source), source.bytes);
             writeWholeFile(pathIn(folder, names.device), file.bytes);
@@ -238,15 +198,16 @@ private:
     MMain& m_main;
     const GenerationRequest& m_request;
     const RunReport& m_report;
-    RunRows m_rows;
+    PhoneFiles m_files;
     /// The module of all phones, once it is known.
     const Module* m_module = nullptr;
-    PieceMaker m_devicePieces;
-    PieceMaker m_sourcePieces;
     /// The texts of the messages, by their codes.
     QHash<QString, QString> m_texts;
     /// Lines about the parameters of the current phone that are not in the list yet.
     QStringList m_stagingLines;
+    const StagingReport m_staging = {
+        [this](const QString& line) { m_stagingLines << line; },
+        [this](const MacroExpansion& expansion) { m_main.showRefusedMacro(expansion); }};
     QSet<QString> m_tidied;
     bool m_hasRemark = false;
     qsizetype m_withRemarks = 0;
