@@ -28,7 +28,7 @@ ExitStatus run(MMain& main, const Options& options)
         main.showMessage(u"M208"_s, main.userName);
         return EndedWithMessage;
     }
-    const PhoneRange range = rangeOf(main, options.phones);
+    const PhoneChoice range = rangeOf(main, options.phones);
     if (range.from.isEmpty()) {
         main.showMessage(u"M8"_s);
         return EndedWithMessage;

@@ -123,8 +123,7 @@ QString MMain::BrowseFolder(const QString& startFolder) const
 
 Phone MMain::currentPhone() const
 {
-    return {phones.text("CO_CODE"_L1), phones.text("EQ_CODE"_L1), phones.text("PH_CODE"_L1),
-            phones.text("PH_DESC"_L1), phones.text("PH_MAC"_L1)};
+    return phoneOf(phones);
 }
 
 Recordset MMain::query(const QString& statement)

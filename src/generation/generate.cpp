@@ -215,6 +215,13 @@ private:
     QHash<QString, QString> m_addresses;
 };
 
+QString quotedList(QStringList codes)
+{
+    for (QString& code : codes)
+        code = u'\'' + code.replace(u'\'', "''"_L1) + u'\'';
+    return codes.isEmpty() ? u"NULL"_s : codes.join(", "_L1);
+}
+
 QString selectionStatement(const GenerationRequest& request)
 {
     QString statement = "SELECT * FROM PHONES WHERE CO_CODE = '"_L1 + request.company +
@@ -222,15 +229,22 @@ QString selectionStatement(const GenerationRequest& request)
     if (request.levels.phone)
         statement +=
             "AND PH_CODE BETWEEN '"_L1 + request.phoneFrom + "' AND '"_L1 + request.phoneTo + "' "_L1;
+    if (request.codes)
+        statement += "AND PH_CODE IN ("_L1 + quotedList(*request.codes) + ") "_L1;
     return statement + "ORDER BY PH_CODE"_L1;
 }
 
 } // namespace
 
+Recordset selectedPhones(MMain& main, const GenerationRequest& request)
+{
+    return main.query(selectionStatement(request));
+}
+
 std::optional<qsizetype> Generate(MMain& main, const GenerationRequest& request, const RunReport& report)
 {
     main.stopFlag = false;
-    main.phones = main.query(selectionStatement(request));
+    main.phones = selectedPhones(main, request);
     if (main.phones.eof()) {
         main.showMessage(u"M8"_s);
         return std::nullopt;
