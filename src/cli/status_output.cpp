@@ -14,12 +14,12 @@ ExitStatus printStatus(MMain& main, const QList<GenerationRequest>& requests, bo
     QTextStream out(stdout);
     bool isDone = tellCodesWithoutPhone(main, requests);
     qsizetype lines = 0;
-    const auto print = [&](const PhoneStatus& status) {
+    const auto print = [&](const PhoneStatus& status, const QList<Difference>& differences) {
         ++lines;
         isDone = isDone && (status.state == FileState::Current || status.state == FileState::NoFile);
         out << lineOf(status) << '\n';
         if (withDetails)
-            for (const Difference& difference : status.differences)
+            for (const Difference& difference : differences)
                 out << lineOf(difference) << '\n';
         if (!status.remark.isEmpty())
             QTextStream(stderr) << status.phone->code << ": " << status.remark << '\n';

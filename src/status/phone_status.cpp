@@ -73,8 +73,10 @@ public:
                 m_addressCodes << main.setting("$$"_L1 + request.equipment, key).value_or(QString());
     }
 
+    /// The status of the current phone.
     PhoneStatus of(const Phone& phone)
     {
+        m_differences.clear();
         PhoneStatus status;
         status.phone = phone;
         if (!m_module || !m_module->writer)
@@ -91,6 +93,9 @@ public:
         compare(status, now(status));
         return status;
     }
+
+    /// What differs for the phone that was compared last.
+    const QList<Difference>& differences() const { return m_differences; }
 
 private:
     bool exists(const QString& folder)
@@ -159,8 +164,9 @@ private:
             return;
         }
         status.state = FileState::Different;
-        status.differences =
+        m_differences =
             differencesOf(contents.values, now ? m_module->reader(*now).values : QMap<QString, QString>());
+        status.differences = m_differences.size();
     }
 
     static void setUnreadable(PhoneStatus& status, const QString& reason)
@@ -177,6 +183,7 @@ private:
     /// The parameters that hold the parts of the phones' addresses.
     QStringList m_addressCodes;
     QHash<QString, bool> m_exists;
+    QList<Difference> m_differences;
 };
 
 } // namespace
@@ -228,12 +235,12 @@ bool comparePhones(MMain& main, const QList<GenerationRequest>& requests, const 
                 return false;
             PhoneStatus status = comparison.of(main.currentPhone());
             status.lastRestart = restarts.value(status.phone->code).time;
-            each(status);
+            each(status, comparison.differences());
             progress(++done, total);
         }
     }
     for (const Orphan& orphan : orphans.find(main, requests))
-        each({{}, orphan.name, orphan.folder, FileState::Orphan, {}, {}, {}, {}});
+        each({{}, orphan.name, orphan.folder, FileState::Orphan, 0, {}, {}, {}}, {});
     return true;
 }
 

@@ -38,8 +38,8 @@ struct PhoneStatus {
     QString file;
     QString folder;
     FileState state = FileState::NoFile;
-    /// In ascending code order. There may be none though the bytes differ.
-    QList<Difference> differences;
+    /// How many parameters differ. There may be none though the bytes do.
+    qsizetype differences = 0;
     /// What else is to be said, in the user's language: why a file can't be read, or none can be written.
     QString remark;
     /// The time of the last restart that is recorded: UTC, ISO 8601; empty where none is.
@@ -49,8 +49,8 @@ struct PhoneStatus {
 };
 
 /// Takes one status after the other: the phones in the order of the requests and of their codes, then the
-/// orphans in their folders.
-using StatusSink = std::function<void(const PhoneStatus& status)>;
+/// orphans in their folders. The differences come in ascending code order.
+using StatusSink = std::function<void(const PhoneStatus& status, const QList<Difference>& differences)>;
 using ProgressSink = std::function<void(qsizetype done, qsizetype total)>;
 
 /// Compares the files of the requested phones with what generating them would write now. Nothing is written.

@@ -20,9 +20,9 @@ QString lineOf(QStringList fields)
 
 QString lineOf(const PhoneStatus& status)
 {
-    return lineOf(QStringList{
-        status.phone ? status.phone->code : u"-"_s, status.phone ? status.phone->equipment : u"-"_s,
-        status.file, nameOf(status.state), QString::number(status.differences.size()), status.lastRestart});
+    return lineOf(QStringList{status.phone ? status.phone->code : u"-"_s,
+                              status.phone ? status.phone->equipment : u"-"_s, status.file,
+                              nameOf(status.state), QString::number(status.differences), status.lastRestart});
 }
 
 QString lineOf(const Difference& difference)
