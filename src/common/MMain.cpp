@@ -34,12 +34,15 @@ QString MMain::textOr(const QString& code, const QString& otherwise)
     return text.isEmpty() ? otherwise : text;
 }
 
-QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
-                          const QString& details)
+QString MMain::messageText(const QString& code)
 {
-    QString text = GetDescription(code);
-    if (text.isEmpty())
-        text = builtInText(code, language);
+    const QString text = GetDescription(code);
+    return text.isEmpty() ? builtInText(code, language) : text;
+}
+
+QString MMain::worded(const QString& code, QString text, const QString& substitution, bool& show,
+                      const QString& details) const
+{
     if (text.isEmpty()) {
         text = "Message Not Found : "_L1 + code + " Language : "_L1 + language;
         show = true;
@@ -48,6 +51,12 @@ QString MMain::GetMessage(const QString& code, const QString& substitution, bool
     if (show)
         prompts.show(text, details);
     return text;
+}
+
+QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
+                          const QString& details)
+{
+    return worded(code, messageText(code), substitution, show, details);
 }
 
 void MMain::showMessage(const QString& code, const QString& substitution)
@@ -62,7 +71,7 @@ QString MMain::messageLine(const QString& code, const QString& substitution)
     return GetMessage(code, substitution, show);
 }
 
-QString MMain::GetParameterValue(const QString& code)
+QString MMain::GetParameterValue(const QString& code, const QString& macroShownAs)
 {
     const Phone phone = currentPhone();
     const Recordset parameter =
@@ -82,24 +91,25 @@ QString MMain::GetParameterValue(const QString& code)
         const Recordset value =
             query("SELECT PA_VALUE FROM COMPANY_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
                   "' AND EQ_CODE = '"_L1 + phone.equipment + "' AND PA_CODE = '"_L1 + code + "'"_L1);
-        return value.eof() ? refuse(u"M5"_s) : ExpandMacros(value.text(0));
+        return value.eof() ? refuse(u"M5"_s) : ExpandMacros(value.text(0), MacroContext::Value, macroShownAs);
     }
     if (level == "P"_L1) {
         const Recordset value =
             query("SELECT PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
                   "' AND PH_CODE = '"_L1 + phone.code + "' AND PA_CODE = '"_L1 + code + "'"_L1);
-        return value.eof() ? refuse(u"M4"_s) : ExpandMacros(value.text(0));
+        return value.eof() ? refuse(u"M4"_s) : ExpandMacros(value.text(0), MacroContext::Value, macroShownAs);
     }
     return refuse(level == "D"_L1 ? u"M3"_s : u"M2"_s);
 }
 
-QString MMain::ExpandMacros(const QString& value, MacroContext context)
+QString MMain::ExpandMacros(const QString& value, MacroContext context, const QString& macroShownAs)
 {
     const Phone phone = currentPhone();
     const MacroExpansion expansion = expandMacros(value, phone, context);
     if (!expansion.refusedToken.isEmpty()) {
         bool show = true;
-        GetMessage(u"M6"_s, expansion.refusedToken, show, describe(phone));
+        GetMessage(u"M6"_s, macroShownAs.isEmpty() ? expansion.refusedToken : macroShownAs, show,
+                   describe(phone));
         stopFlag = stopFlag || expansion.unknownName;
     }
     return expansion.text;
@@ -114,8 +124,7 @@ QString MMain::BrowseFolder(const QString& startFolder) const
 
 Phone MMain::currentPhone() const
 {
-    return {phones.text("CO_CODE"_L1), phones.text("EQ_CODE"_L1), phones.text("PH_CODE"_L1),
-            phones.text("PH_DESC"_L1), phones.text("PH_MAC"_L1)};
+    return phoneOf(phones);
 }
 
 Recordset MMain::query(const QString& statement)

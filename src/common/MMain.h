@@ -48,18 +48,25 @@ public:
     QString GetMessage(const QString& code, const QString& substitution, bool& show,
                        const QString& details = {});
 
+    /// The two steps of GetMessage, for a text that is looked up long before it is said.
+    QString messageText(const QString& code);
+    QString worded(const QString& code, QString text, const QString& substitution, bool& show,
+                   const QString& details = {}) const;
+
     /// GetMessage, shown.
     void showMessage(const QString& code, const QString& substitution = {});
     /// GetMessage, not shown unless it is missing: a line for a list.
     QString messageLine(const QString& code, const QString& substitution = {});
 
     /// The value that the current phone gets for parameter `code`, or an empty text after a shown message
-    /// (M1 to M5). There is no fall-back from one level to another.
-    QString GetParameterValue(const QString& code);
+    /// (M1 to M5). There is no fall-back from one level to another. A refused macro is a part of the value:
+    /// where that is a secret, `macroShownAs` is shown in its place.
+    QString GetParameterValue(const QString& code, const QString& macroShownAs = {});
 
     /// Expands the phone macro in `value` for the current phone. A refused macro is shown (M6); an unknown
     /// one also sets the stop flag.
-    QString ExpandMacros(const QString& value, MacroContext context = MacroContext::Value);
+    QString ExpandMacros(const QString& value, MacroContext context = MacroContext::Value,
+                         const QString& macroShownAs = {});
 
     /// Lets the user choose a folder; `startFolder` when nothing was chosen.
     QString BrowseFolder(const QString& startFolder) const;

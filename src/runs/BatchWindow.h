@@ -34,6 +34,11 @@ protected:
 
     /// Adds something that can't be changed while a run goes on.
     void addInput(QWidget* input);
+    /// Adds a button that starts a run of its own kind, through startRun().
+    void addButton(QPushButton* button) { m_buttons << button; }
+    void startRun();
+    /// Told whether inputs can be used: while they can't, no button must start a run.
+    virtual void enabledChanged(bool) {}
     /// To be called at the end of the constructor: translates all captions.
     void complete();
 
@@ -75,6 +80,8 @@ private:
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;
+    /// Beside the start button.
+    QList<QPushButton*> m_buttons;
     RunLog* m_log;
     /// What keeps the start button from being used.
     QLabel* m_missing;

@@ -177,13 +177,14 @@ void tst_reboot::keepsAConnectionToTheSameHost()
     const DeviceDouble both(
         [](QTcpSocket& connection, const QByteArray&) { connection.write("one</html>"); });
     const DeviceDouble other(inTurn({"later</html>"}), u"127.0.0.2"_s, both.port());
-    HttpExchange exchange(m_database->main, both.port(), report().line);
-    QVERIFY(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s));
-    QVERIFY(exchange.GetHttp(u"127.0.0.1"_s, u"second"_s));
+    const MessageTexts texts(m_database->main, {u"M23"_s});
+    HttpExchange exchange(texts, both.port(), report().line);
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s)));
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"second"_s)));
     QCOMPARE(exchange.reply(), u"one</html>"_s);
 
     // A request never goes to another phone than the one that it is for.
-    QVERIFY(exchange.GetHttp(u"127.0.0.2"_s, u"third HTTP/1.0\r\n\r\n"_s));
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.2"_s, u"third HTTP/1.0\r\n\r\n"_s)));
     QCOMPARE(exchange.reply(), u"later</html>"_s);
     QCOMPARE(both.received(), QList<QByteArray>({"first\r\n\r\nsecond"}));
     QCOMPARE(m_lines, QStringList());
@@ -283,11 +284,12 @@ void tst_reboot::sharesOneBudget()
         else if (received != "second\r\n\r\n")
             QTimer::singleShot(500, &connection, [&connection] { connection.disconnectFromHost(); });
     });
-    HttpExchange exchange(m_database->main, phone.port(), report().line, 900);
-    QVERIFY(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s));
+    const MessageTexts texts(m_database->main, {u"M23"_s});
+    HttpExchange exchange(texts, phone.port(), report().line, 900);
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s)));
     QElapsedTimer time;
     time.start();
-    QVERIFY(!exchange.GetHttp(u"127.0.0.1"_s, u"second\r\n\r\n"_s));
+    QVERIFY(!QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"second\r\n\r\n"_s)));
     QVERIFY2(time.elapsed() >= 900 && time.elapsed() < 1500, qPrintable(QString::number(time.elapsed())));
     QCOMPARE(phone.received().size(), 2);
     QCOMPARE(m_lines, QStringList(u"M23: "_s));
