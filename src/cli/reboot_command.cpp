@@ -3,6 +3,7 @@
 #include "common/MMain.h"
 #include "files/whole_file.h"
 #include "mainwindow/menu.h"
+#include "platform/interruption.h"
 #include "reboot/dry_run.h"
 #include "reboot/reboot.h"
 
@@ -68,13 +69,14 @@ ExitStatus restart(MMain& main, const Options& options, const RebootRequest& req
     if (!failedTo.isEmpty())
         checkWritable(failedTo);
     Reboot reboot(main, options.port, report);
+    const Interruption interruption([&reboot] { reboot.abort(); });
     const RebootCounts counts = reboot.run(request);
     QTextStream(stdout) << summaryOf(main, counts, request.confirm) << Qt::endl;
     if (!failedTo.isEmpty())
         writeCodes(failedTo, counts.failed);
     if (counts.phones == 0)
         return noPhones(main, request, counts.missing > 0);
-    return counts.allRestarted() ? Done : EndedWithMessage;
+    return counts.allRestarted() && !reboot.isAborted() ? Done : EndedWithMessage;
 }
 
 ExitStatus showPlan(MMain& main, const RebootRequest& request, const RunReport& report)

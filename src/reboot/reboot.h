@@ -50,6 +50,8 @@ public:
     RebootCounts run(const RebootRequest& request);
     /// Ends the run that is going on: all visits and watches are cut off.
     void abort();
+    /// Whether that has ended the latest run.
+    bool isAborted() const { return m_aborted; }
 
     /// The phones that are being visited.
     QList<Phone> visiting() const;
