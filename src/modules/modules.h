@@ -14,8 +14,8 @@ struct Restart {
     /// The sub-codes of the model's system rows that name the parameters with the device's address, whose
     /// values are joined with ".".
     QStringList addressKeys;
-    RebootOutcome (*procedure)(const RebootProcedures& procedures, const QString& address,
-                               const QString& password, bool waitIfBusy);
+    QCoro::Task<RebootOutcome> (*procedure)(const RebootProcedures& procedures, const QString& address,
+                                            const QString& password, bool waitIfBusy);
     /// Whether such a phone makes a run go on that a model without a module had stopped.
     bool forgetsStop = false;
 };
