@@ -115,6 +115,7 @@ void FParameters::chooseTab()
     m_ui.error->hide();
     const TableTab& tab = m_ui.strip->currentTab();
     setWindowTitle("Configuration - "_L1 + tab.caption);
+    m_ui.list->setAccessibleName(tab.caption);
     // Before anything is asked: whatever fails below, nothing of the table before may stay.
     m_ui.pane->setTable(tab.table);
     if (!m_ui.pane->askPassword())

@@ -1,5 +1,6 @@
 #include "editor/window/TabStrip.h"
 
+#include <QToolButton>
 #include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +15,9 @@ TabStrip::TabStrip(MMain& main, QWidget* parent) : QTabBar(parent), m_tabs(table
     setElideMode(Qt::ElideNone);
     for (const TableTab& tab : m_tabs)
         setTabToolTip(addTab(tab.caption), tab.table);
+    // The arrow keys scroll the tabs too: two stops less on the way through the window.
+    for (QToolButton* scroll : findChildren<QToolButton*>())
+        scroll->setFocusPolicy(Qt::NoFocus);
 }
 
 /// Turning the wheel over the tabs must not choose another table by accident.
