@@ -130,7 +130,7 @@ void MariaDbEngine::prepareSession(Connection& connection, OpenMode mode) const
     connection.execute(u"SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"_s);
     connection.execute(u"SET SESSION sql_mode = "
                        u"'STRICT_ALL_TABLES,NO_ENGINE_SUBSTITUTION,NO_BACKSLASH_ESCAPES,PIPES_AS_CONCAT', "
-                       "max_statement_time = %1, innodb_lock_wait_timeout = %2"_s.arg(
+                       "max_statement_time = %1, innodb_lock_wait_timeout = %2, lock_wait_timeout = %2"_s.arg(
                            QString::number(Connection::commandTimeoutSeconds),
                            QString::number(Connection::connectionTimeoutSeconds)));
     if (mode == OpenMode::ReadOnly)
