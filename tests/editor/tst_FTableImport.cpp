@@ -12,6 +12,7 @@
 #include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -97,18 +98,18 @@ QString tst_FTableImport::verdicts() const
 void tst_FTableImport::takesFilesIn_data()
 {
     // boxes: what is ticked before Write is pressed; stored: the phones afterwards
-    columns<QByteArray, QString, bool, QString, QString, QString>("lines", "boxes", "yes", "verdicts",
-                                                                  "status", "stored");
-    row("all", QByteArray("1,I\n2,Two\n"), "", false,
+    columns<QByteArray, QString, QString, QString, QString>("lines", "boxes", "verdicts", "status", "stored");
+    row("all", QByteArray("1,I\n2,Two\n"), "",
         "2|changed|LUNA, 1|Name of the phone: \"One\" -> \"I\"\n3|same|LUNA, 2|",
         "Finished: 0 new, 1 changed, 1 same, 0 refused", "1I 2Two");
-    row("nothing to write", QByteArray("1,One\n"), "", false, "2|same|LUNA, 1|", "", "1One 2Two");
-    row("refused, declined", QByteArray("1,I\n3,Three\n"), "OnlyRefused", false,
-        "3|refused|LUNA, 3|The code is not in its company's range.", "", "1One 2Two");
-    row("refused, left out", QByteArray("1,I\n3,Three\n"), "OnlyRefused", true,
+    row("nothing to write", QByteArray("1,One\n"), "", "2|same|LUNA, 1|", "", "1One 2Two");
+    row("refused", QByteArray("1,I\n3,Three\n"), "OnlyRefused",
+        "3|refused|LUNA, 3|The code is not in its company's range.",
+        "Refused lines: 1. Nothing can be written unless they are put right or skipped.", "1One 2Two");
+    row("refused, left out", QByteArray("1,I\n3,Three\n"), "OnlyRefused SkipRefused",
         "3|refused|LUNA, 3|The code is not in its company's range.",
         "Finished: 0 new, 1 changed, 0 same, 1 refused", "1I 2Two");
-    row("ranges", QByteArray("3,Three\n"), "AddRanges", false,
+    row("ranges", QByteArray("3,Three\n"), "AddRanges",
         "2|new|LUNA, 3|The code is added to its company's range. The phone has no MAC address.",
         "Finished: 1 new, 0 changed, 0 same, 0 refused", "1One 2Two 3Three");
 }
@@ -117,23 +118,22 @@ void tst_FTableImport::takesFilesIn()
 {
     QFETCH(QByteArray, lines);
     QFETCH(QString, boxes);
-    QFETCH(bool, yes);
     QFETCH(QString, status);
     QFETCH(QString, stored);
-    m_start->user.yesNoAnswer = yes;
     import("PH_CODE,PH_DESC,Room,CO_CODE\n" + lines.replace("\n", ",x,LUNA\n"));
     QVERIFY(window());
     QAbstractItemModelTester tester(control<QTreeView>(*window(), u"Verdicts"_s)->model(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(text(u"Further"_s), u"Columns passed over, since the table has none of that name: Room"_s);
-    if (!boxes.isEmpty())
-        control<QCheckBox>(*window(), boxes)->click();
+    for (const QString& box : boxes.split(u' ', Qt::SkipEmptyParts))
+        control<QCheckBox>(*window(), box)->click();
     QTEST(verdicts(), "verdicts");
-    QCOMPARE(button(*window(), u"Write"_s)->isEnabled(), !verdicts().contains("same|LUNA, 1"_L1));
+    const bool writes = status.startsWith("Finished"_L1);
+    QCOMPARE(button(*window(), u"Write"_s)->isEnabled(), writes);
     button(*window(), u"Write"_s)->click();
     QCOMPARE(this->status(), status);
     QCOMPARE(phones().join(u' '), stored);
-    QCOMPARE(button(*window(), u"Cancel"_s)->text(), status.isEmpty() ? u"Cance&l"_s : u"C&lose"_s);
+    QCOMPARE(button(*window(), u"Cancel"_s)->text(), writes ? u"C&lose"_s : u"Cance&l"_s);
     // The list of the editor shows what is stored.
     const auto* list = control<RecordView>(*m_editor, u"ListCom"_s);
     QTRY_COMPARE(list->model()->rowCount(), phones().size());
@@ -184,6 +184,11 @@ void tst_FTableImport::tellsWhatCannotBeTaken()
     m_start->user.fileAnswer = ChosenFile{m_folder->file(u"none.csv"_s)};
     button(*m_editor, u"Import"_s)->click();
     QCOMPARE(m_start->user.shown.last(), m_folder->file(u"none.csv"_s) + ": No such file or directory"_L1);
+    // A pipe without a writer.
+    QCOMPARE(QProcess::execute(u"mkfifo"_s, {m_folder->file(u"pipe"_s)}), 0);
+    m_start->user.fileAnswer = ChosenFile{m_folder->file(u"pipe"_s)};
+    button(*m_editor, u"Import"_s)->click();
+    QCOMPARE(m_start->user.shown.last(), m_folder->file(u"pipe"_s) + ": This is no ordinary file."_L1);
 }
 
 void tst_FTableImport::writesFiles()
@@ -205,7 +210,10 @@ void tst_FTableImport::writesFiles()
 /// What somebody else does meanwhile is not written over, and what is open decides what can be done.
 void tst_FTableImport::followsTheTable()
 {
-    import("CO_CODE,PH_CODE,PH_DESC\nLUNA,1,I\n");
+    m_editor->findChild<TransferActions*>()->importPasted(
+        u"Company\tPhone\tName of the phone\nLUNA\t1\tI\n"_s);
+    QTRY_VERIFY(button(*window(), u"Write"_s)->isEnabled());
+    QCOMPARE(control<QLabel>(*window(), u"Source"_s)->text(), u"Clipboard"_s);
     execute(m_folder->working(), u"UPDATE PHONES SET PH_DESC = 'Uno' WHERE PH_CODE = '1'"_s);
     button(*window(), u"Write"_s)->click();
     QVERIFY2(status().startsWith("Somebody has changed the database meanwhile"_L1), qPrintable(status()));

@@ -48,13 +48,21 @@ QString VerdictTexts::details(const CheckedLine& line)
     QStringList parts;
     for (qsizetype column = 0; column < m_columns.size(); ++column)
         if (line.changes(column))
-            parts << m_columns[column] + ": "_L1 + shownChange(line.before[column], line.values[column]);
+            parts << change().arg(m_columns[column], shownChange(line.before[column], line.values[column]));
     QStringList sentences;
     for (const Note& note : line.notes)
         sentences << text(note);
     if (!sentences.isEmpty())
         parts << sentences.join(u' ');
     return parts.join("; "_L1);
+}
+
+/// A column and what becomes of it: languages differ in their colons.
+const QString& VerdictTexts::change()
+{
+    if (m_change.isEmpty())
+        m_change = m_main.textOr(u"IMPORT_CHANGE"_s, u"%1: %2"_s);
+    return m_change;
 }
 
 QString VerdictTexts::counts(const CheckedLines& lines)

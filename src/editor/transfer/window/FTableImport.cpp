@@ -63,6 +63,10 @@ FTableImport::FTableImport(MMain& main, OpenTable table, TableFile file, const Q
     connect(m_write, &QPushButton::clicked, this, &FTableImport::write);
     connect(m_cancel, &QPushButton::clicked, this, &FTableImport::reject);
     connect(m_onlyRefused, &QCheckBox::toggled, m_lines, &VerdictModel::showOnlyRefused);
+    connect(m_skipRefused, &QCheckBox::toggled, this, [this] {
+        askForSkipping();
+        enableControls();
+    });
     connect(m_addRanges, &QCheckBox::toggled, this, &FTableImport::check);
     connect(&main.batch, &Batch::stopRequested, this, [this] { m_stopped = true; });
     enableControls();
@@ -78,6 +82,8 @@ void FTableImport::createControls(const QString& source)
     m_list = createList();
     m_onlyRefused = new QCheckBox(u"Only Refused"_s);
     m_onlyRefused->setObjectName(u"OnlyRefused"_s);
+    m_skipRefused = new QCheckBox(u"Skip Refused"_s);
+    m_skipRefused->setObjectName(u"SkipRefused"_s);
     m_addRanges = new QCheckBox(u"Add missing codes to the ranges"_s);
     m_addRanges->setObjectName(u"AddRanges"_s);
     m_addRanges->setVisible(m_table.description.name == "PHONES"_L1 && mayAddRanges(m_main));
@@ -120,6 +126,7 @@ void FTableImport::placeControls()
     auto* boxes = new QHBoxLayout;
     boxes->addWidget(m_counts, 1);
     boxes->addWidget(m_onlyRefused);
+    boxes->addWidget(m_skipRefused);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_progress, 1);
     buttons->addWidget(m_write);
@@ -173,33 +180,30 @@ void FTableImport::check()
         show(std::move(lines).value_or(CheckedLines()));
     });
     if (!complete)
-        reject();
-    else if (!first)
+        return reject();
+    askForSkipping();
+    if (!first)
         m_addRanges->setFocus();
+    else if (m_onlyRefused->isEnabled())
+        m_onlyRefused->setFocus();
     else
         (m_write->isEnabled() ? m_write : m_cancel)->setFocus();
 }
 
 void FTableImport::write()
 {
-    const qsizetype refused = count(m_lines->lines(), Verdict::Refused);
-    const bool skipRefused = refused > 0;
-    if (skipRefused &&
-        !m_main.prompts.askYesNo(m_main.messageLine(u"M338"_s, QString::number(refused)), windowTitle()))
-        return;
-    // Until it is known otherwise.
-    tell(m_status, m_nothingText);
     run([&](const TransferProgress& progress) {
+        // Until it is known otherwise.
+        tell(m_status, m_nothingText);
         const CheckedLines shown = m_lines->lines();
-        showEnd(
-            importLines(m_main, m_table, m_file, {skipRefused, m_addRanges->isChecked()}, progress, shown),
-            skipRefused);
+        const ImportOptions options{m_skipRefused->isChecked(), m_addRanges->isChecked()};
+        showEnd(importLines(m_main, m_table, m_file, options, progress, shown));
     });
     if (m_written)
         Q_EMIT written();
 }
 
-void FTableImport::showEnd(const std::optional<TableImport>& end, bool skipRefused)
+void FTableImport::showEnd(const std::optional<TableImport>& end)
 {
     if (!end) {
         tell(m_status, m_main.messageLine(u"M219"_s));
@@ -209,10 +213,18 @@ void FTableImport::showEnd(const std::optional<TableImport>& end, bool skipRefus
     show(end->lines);
     if (end->written)
         tell(m_status, m_main.messageLine(u"M310"_s, m_counts->text()));
-    else if (skipRefused || count(end->lines, Verdict::Refused) == 0)
+    else if (m_skipRefused->isChecked() || count(end->lines, Verdict::Refused) == 0)
         tell(m_status, m_main.messageLine(u"M339"_s));
     else
         tell(m_status, m_nothingText);
+}
+
+/// Says what keeps `Write` grey.
+void FTableImport::askForSkipping()
+{
+    const qsizetype refused = count(m_lines->lines(), Verdict::Refused);
+    const bool keepsAll = refused > 0 && !m_skipRefused->isChecked();
+    tell(m_status, keepsAll ? m_main.messageLine(u"M338"_s, QString::number(refused)) : QString());
 }
 
 void FTableImport::show(CheckedLines lines)
@@ -227,9 +239,12 @@ void FTableImport::enableControls()
 {
     const CheckedLines& lines = m_lines->lines();
     const bool anything = count(lines, Verdict::New) + count(lines, Verdict::Changed) > 0;
-    m_write->setEnabled(anything && !m_running && !m_written);
-    m_addRanges->setEnabled(!m_running && !m_written);
-    m_onlyRefused->setEnabled(count(lines, Verdict::Refused) > 0 || m_onlyRefused->isChecked());
+    const bool anyRefused = count(lines, Verdict::Refused) > 0;
+    const bool open = !m_running && !m_written;
+    m_write->setEnabled(open && anything && (!anyRefused || m_skipRefused->isChecked()));
+    m_addRanges->setEnabled(open);
+    m_skipRefused->setEnabled(open && anyRefused && anything);
+    m_onlyRefused->setEnabled(anyRefused || m_onlyRefused->isChecked());
     m_progress->setVisible(m_running);
     m_cancel->setText(m_running ? m_stopCaption : m_written ? m_closeCaption : m_cancelCaption);
     if (m_written)

@@ -15,8 +15,8 @@
 namespace velmora {
 
 /// The verdicts on all lines, `Verdicts`, with their counts; `OnlyRefused` shows the refused ones alone,
-/// `AddRanges` has missing codes of phones added. `Write` writes what it shows or nothing; `Cancel` closes
-/// the window, or stops what goes on in it.
+/// `SkipRefused` leaves them out, `AddRanges` has missing codes of phones added. `Write` writes what it shows
+/// or nothing; `Cancel` closes the window, or stops what goes on in it.
 class FTableImport : public QDialog {
     Q_OBJECT
 
@@ -44,7 +44,8 @@ private:
     void write();
     void run(const std::function<void(const TransferProgress& progress)>& work);
     void show(CheckedLines lines);
-    void showEnd(const std::optional<TableImport>& end, bool skipRefused);
+    void showEnd(const std::optional<TableImport>& end);
+    void askForSkipping();
     void enableControls();
     void copyLines() const;
 
@@ -57,6 +58,7 @@ private:
     QLabel* m_further;
     QTreeView* m_list;
     QCheckBox* m_onlyRefused;
+    QCheckBox* m_skipRefused;
     QCheckBox* m_addRanges;
     QLabel* m_counts;
     QLabel* m_status;

@@ -8,12 +8,11 @@
 #include "files/stored_path.h"
 #include "files/whole_file.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 
@@ -61,8 +60,7 @@ void TransferActions::exportTo()
     if (!chosen)
         return;
     m_folder = QFileInfo(chosen->path).path();
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    const WaitCursor waiting;
     const bool forSpreadsheet = chosen->kind == 1;
     const auto exported = exportTable(m_main, {m_pane.table(), m_pane.access()}, forSpreadsheet ? ';' : ',',
                                       [](qsizetype) { return true; });
@@ -83,6 +81,11 @@ void TransferActions::importFrom()
         return;
     m_folder = QFileInfo(chosen->path).path();
     const QString name = QDir::toNativeSeparators(chosen->path);
+    const QFileInfo file(chosen->path);
+    // A pipe that nobody writes to would hold the program for ever.
+    if (file.exists() && !file.isFile())
+        return m_main.prompts.show(name + ": "_L1 + m_main.messageLine(u"M400"_s), {});
+    const WaitCursor waiting;
     try {
         import(readTableBytes(chosen->path), name);
     } catch (const TableFileError& error) {
