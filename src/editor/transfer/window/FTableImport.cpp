@@ -92,7 +92,7 @@ void FTableImport::createControls(const QString& source)
     m_progress = new QProgressBar;
     m_progress->setObjectName(u"Progress"_s);
     m_progress->setAccessibleName(m_main.textOr(u"BATCH_PROGRESS"_s, u"Progress"_s));
-    m_progress->setFormat(u"%v / %m"_s);
+    m_progress->setFormat(u"%p %"_s);
     QSizePolicy keptPlace = m_progress->sizePolicy();
     keptPlace.setRetainSizeWhenHidden(true);
     m_progress->setSizePolicy(keptPlace);
