@@ -30,6 +30,7 @@ FParameters::FParameters(MMain& main, QWidget* parent) : QWidget(parent), m_main
     translate();
     connectTable();
     connectRecord();
+    connectTransfer();
     connectKeys();
     closePanel();
 }
@@ -83,6 +84,13 @@ void FParameters::connectRecord()
     connect(m_ui.panel, &RecordPanel::changed, this, &FParameters::enableControls);
     connect(m_ui.ok, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { write(); }); });
     connect(m_ui.cancel, &QPushButton::clicked, this, &FParameters::closePanel);
+}
+
+void FParameters::connectTransfer()
+{
+    connect(m_ui.transfer, &TransferActions::told, m_ui.error, &ErrorLine::tell);
+    connect(m_ui.transfer, &TransferActions::written, this,
+            [this] { reportFailures(m_main, [this] { refresh(); }); });
 }
 
 void FParameters::connectKeys()
@@ -273,6 +281,7 @@ void FParameters::enableControls()
     const bool running = m_main.batch.running();
     const auto& form = m_ui.panel->form();
     m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedRow() >= 0);
+    m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);
     m_ui.list->setEnabled(!form || form->mode() == RecordMode::Insert);
