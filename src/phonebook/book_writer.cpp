@@ -4,10 +4,9 @@
 #include "database/bulk/halves.h"
 #include "database/savepoint.h"
 
-#include <QMap>
-
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -48,36 +47,41 @@ BookWriter::BookWriter(MMain& main) : m_main(main), m_rows(main.connection, u"PH
 QList<RowInserter::Refusal> BookWriter::write(const QList<BookChange>& changes)
 {
     m_refusals.clear();
-    for (qsizetype place = 0; place < changes.size();) {
-        const auto first = changes.begin() + place;
-        const auto end = std::find_if_not(first, changes.end(),
-                                          [this](const BookChange& change) { return standsAsItIs(change); });
-        if (end != first) {
-            writeTogether(changes, place, end - changes.begin());
-            place = end - changes.begin();
-            continue;
+    for (qsizetype place = 0; place < changes.size(); ++place) {
+        const BookChange& change = changes[place];
+        QStringList row = rowOf(change);
+        if (!standsAsItIs(row)) {
+            writeHeld(changes);
+            inHalves(
+                place, 1, [&](qsizetype, qsizetype) { writeAlone(change); },
+                [&](qsizetype, const DatabaseError& error) {
+                    m_refusals.append({place, error});
+                });
+        } else if (change.isNew) {
+            m_added << place;
+            m_addedRows << std::move(row);
+        } else {
+            m_updated[change.companies] << place;
         }
-        inHalves(
-            place++, 1, [&](qsizetype one, qsizetype) { writeAlone(changes[one]); },
-            [this](qsizetype one, const DatabaseError& error) {
-                m_refusals.append({one, error});
-            });
     }
+    writeHeld(changes);
     return m_refusals;
 }
 
-/// Whether the statement of the change stores the very texts that stand in it.
-bool BookWriter::standsAsItIs(const BookChange& change) const
+/// Whether a statement with these texts between quotes stores the very texts.
+bool BookWriter::standsAsItIs(const QStringList& row) const
 {
-    const QStringList row = rowOf(change);
     return m_rows.fits(row) &&
            std::none_of(row.begin(), row.end(), [](const QString& value) { return value.contains(u'\''); });
 }
 
 QStringList BookWriter::rowOf(const BookChange& change) const
 {
-    return QStringList{change.companies.first(), change.user.extension, change.user.name, u"V"_s} +
-           QStringList(columnCount() - 4, QString());
+    QStringList row;
+    row.reserve(columnCount());
+    row << change.companies.first() << change.user.extension << change.user.name << u"V"_s;
+    row.resize(columnCount());
+    return row;
 }
 
 void BookWriter::writeAlone(const BookChange& change)
@@ -119,25 +123,16 @@ bool BookWriter::holds(const BookChange& change)
     return rows.text(0).toLongLong() == change.companies.size();
 }
 
-/// Writes the changes from `first` on, up to `end`, whose numbers and texts have nothing to do with each
-/// other.
-void BookWriter::writeTogether(const QList<BookChange>& changes, qsizetype first, qsizetype end)
+/// Writes the changes that are held back; their numbers and texts have nothing to do with each other.
+void BookWriter::writeHeld(const QList<BookChange>& changes)
 {
-    QList<qsizetype> added;
-    QList<QStringList> rows;
-    /// By the companies that have them.
-    QMap<QStringList, QList<qsizetype>> updated;
-    for (qsizetype place = first; place < end; ++place)
-        if (changes[place].isNew) {
-            added << place;
-            rows << rowOf(changes[place]);
-        } else {
-            updated[changes[place].companies] << place;
-        }
-    for (const RowInserter::Refusal& refusal : m_rows.insert(rows))
-        m_refusals.append({added[refusal.row], refusal.error});
-    for (const QList<qsizetype>& places : updated)
+    for (const RowInserter::Refusal& refusal : m_rows.insert(m_addedRows))
+        m_refusals.append({m_added[refusal.row], refusal.error});
+    for (const QList<qsizetype>& places : std::as_const(m_updated))
         update(changes, places);
+    m_added.clear();
+    m_addedRows.clear();
+    m_updated.clear();
 }
 
 /// Updates users whom the same companies have.

@@ -4,6 +4,8 @@
 #include "database/bulk/row_inserter.h"
 #include "phonebook/conf_users.h"
 
+#include <QMap>
+
 namespace velmora {
 
 class MMain;
@@ -36,10 +38,10 @@ public:
     QList<RowInserter::Refusal> write(const QList<BookChange>& changes);
 
 private:
-    bool standsAsItIs(const BookChange& change) const;
+    bool standsAsItIs(const QStringList& row) const;
     QStringList rowOf(const BookChange& change) const;
     void writeAlone(const BookChange& change);
-    void writeTogether(const QList<BookChange>& changes, qsizetype first, qsizetype end);
+    void writeHeld(const QList<BookChange>& changes);
     void update(const QList<BookChange>& changes, const QList<qsizetype>& places);
     QString statementFor(const BookChange& change) const;
     bool holds(const BookChange& change);
@@ -47,6 +49,11 @@ private:
     MMain& m_main;
     RowInserter m_rows;
     QList<RowInserter::Refusal> m_refusals;
+    /// The changes that are held back: the places of the new users and their rows, and the places of the
+    /// others by the companies that have them.
+    QList<qsizetype> m_added;
+    QList<QStringList> m_addedRows;
+    QMap<QStringList, QList<qsizetype>> m_updated;
 };
 
 } // namespace velmora

@@ -47,19 +47,23 @@ public:
     /// Takes an entry of the file over. One that the database refuses is noted, and the others go on.
     void apply(const ConfUser& user, const QString& company)
     {
-        const QString number = asStored(user.extension);
-        // What becomes of an entry depends on what has become of others with its number.
-        if (m_changes.size() == entriesAtOnce || m_changing.contains(number))
+        Entry& entry = m_entries[asStored(user.extension)];
+        // What becomes of an entry depends on what has become of the one before it with its number.
+        if (m_changes.size() == entriesAtOnce || entry.piece == m_piece)
             write();
-        const Entry entry = m_entries.value(number, {u"W"_s, {}});
         const bool isNew = entry.companies.isEmpty();
-        if (entry.flag != "W"_L1) {
+        if (!isNew && entry.flag != "W"_L1) {
             ++m_counts.ignored;
             tell(user, u"Ignored, Hidden or Manual"_s);
             return;
         }
-        m_changes << BookChange{user, isNew ? QStringList(company) : entry.companies, isNew};
-        m_changing.insert(number, m_lines.size());
+        if (isNew)
+            entry.companies << company;
+        entry.flag = u"V"_s;
+        entry.piece = m_piece;
+        m_changes << BookChange{user, entry.companies, isNew};
+        m_places << m_lines.size();
+        ++(isNew ? m_counts.added : m_counts.updated);
         tell(user, isNew ? u"Added"_s : u"Updated"_s);
     }
 
@@ -79,11 +83,13 @@ public:
     bool hasHiddenMost() const { return m_counts.hidden * 2 > m_waiting; }
 
 private:
-    /// What the table holds under a number.
+    /// What the table holds under a number, once the changes are written that are held back.
     struct Entry {
         /// The flag in the first company that has the number.
         QString flag;
         QStringList companies;
+        /// The piece of the changes that the last one was in.
+        qsizetype piece = -1;
     };
 
     void tell(const ConfUser& user, const QString& outcome)
@@ -94,14 +100,11 @@ private:
     /// Writes the changes that are held back.
     void write()
     {
-        const QHash<QString, qsizetype> lines = std::exchange(m_changing, {});
-        const QList<BookChange> changes = std::exchange(m_changes, {});
-        for (const BookChange& change : changes) {
-            ++(change.isNew ? m_counts.added : m_counts.updated);
-            m_entries.insert(asStored(change.user.extension), {u"V"_s, change.companies});
-        }
-        for (const RowInserter::Refusal& refusal : m_book->write(changes))
-            refuse(changes[refusal.row], lines[asStored(changes[refusal.row].user.extension)], refusal.error);
+        for (const RowInserter::Refusal& refusal : m_book->write(m_changes))
+            refuse(m_changes[refusal.row], m_places[refusal.row], refusal.error);
+        m_changes.clear();
+        m_places.clear();
+        ++m_piece;
     }
 
     void refuse(const BookChange& change, qsizetype line, const DatabaseError& error)
@@ -110,10 +113,10 @@ private:
         const QString number = asStored(user.extension);
         --(change.isNew ? m_counts.added : m_counts.updated);
         ++m_counts.refused;
+        Entry& entry = m_entries[number];
+        entry.flag = u"W"_s;
         if (change.isNew)
-            m_entries.remove(number);
-        else
-            m_entries[number].flag = u"W"_s;
+            entry.companies.clear();
         m_refused << number;
         m_lines[line] = {m_main.messageLine(u"M220"_s, QString::number(user.line)) + ": "_L1 +
                              user.extension + " - "_L1 + user.name + " - "_L1 + reasonOf(user, error),
@@ -148,9 +151,10 @@ private:
     qsizetype m_waiting = 0;
     ImportCounts m_counts;
     QList<RunLine> m_lines;
-    /// The changes that are held back, and for each number among them the place of its line.
+    /// The changes that are held back, the places of their lines, and which piece of all they are.
     QList<BookChange> m_changes;
-    QHash<QString, qsizetype> m_changing;
+    QList<qsizetype> m_places;
+    qsizetype m_piece = 0;
     /// The numbers of the entries that were refused.
     QStringList m_refused;
 };
