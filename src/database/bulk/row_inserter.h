@@ -49,6 +49,7 @@ public:
     void guard();
 
 private:
+    void bindWhatIsNotEmpty(const QList<QStringList>& rows);
     void insertFitting(const QList<QStringList>& rows, qsizetype first, qsizetype count);
     const QString& statementFor(qsizetype rows);
 
@@ -57,7 +58,8 @@ private:
     const QList<Column> m_columns;
     /// Whether a row has been met that does not fit.
     bool m_guarded = false;
-    /// The names of the values, and the statements for 1, 2, 4 and so on rows.
+    /// The columns whose values are bound, the names of these, and the statements for 1, 2, 4 and so on rows.
+    QList<qsizetype> m_bound;
     QStringList m_names;
     QStringList m_statements;
 };
