@@ -22,6 +22,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
       pane(new TablePane(main, &window)),
       list(&pane->list()),
       actions(new RecordActions(main, *list)),
+      find(new FindBox(main.textOr(u"FPARAMETERS_FIND"_s, u"Find (Ctrl+F)"_s))),
       panel(new RecordPanel(&window)),
       ok(new QPushButton(&window)),
       cancel(new QPushButton(u"Cancel"_s, &window)),
@@ -30,7 +31,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
     auto* layout = new QHBoxLayout(m_topRow);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(actions);
-    layout->addStretch();
+    layout->addWidget(find, 1);
     layout->addWidget(new RecordCount(main, *pane));
     ok->setObjectName(u"Ok"_s);
     ok->setDefault(true);

@@ -4,6 +4,7 @@
 #include "editor/list/TablePane.h"
 #include "editor/panel/RecordPanel.h"
 #include "editor/window/ErrorLine.h"
+#include "editor/window/FindBox.h"
 #include "editor/window/RecordActions.h"
 #include "editor/window/TabStrip.h"
 
@@ -24,6 +25,7 @@ public:
     TablePane* const pane;
     RecordView* const list;
     RecordActions* const actions;
+    FindBox* const find;
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;
