@@ -79,9 +79,9 @@ bool SearchableList::eventFilter(QObject* watched, QEvent* event)
         return QComboBox::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab) {
-        take();
-        // On to the next field, as if the list had not been open.
-        QCoreApplication::sendEvent(this, event);
+        // On to the next field, as if the list had not been open; but not from what fits nothing.
+        if (take())
+            QCoreApplication::sendEvent(this, event);
         return true;
     }
     return searchKey(*key);
@@ -138,17 +138,20 @@ void SearchableList::narrow()
         entries->scrollTo(entries->currentIndex());
 }
 
-/// Chooses the proposed entry.
-void SearchableList::take()
+/// Chooses the proposed entry, if anything is typed. Says whether what is typed fits one.
+bool SearchableList::take()
 {
     const int entry = view()->currentIndex().row();
-    const bool chosen = isOpen() && !m_typed.isEmpty() && entry >= 0;
+    const bool chosen = !m_typed.isEmpty();
+    if (chosen && entry < 0)
+        return false;
     hidePopup();
-    if (!chosen)
-        return;
-    setCurrentIndex(entry);
-    Q_EMIT activated(entry);
-    Q_EMIT textActivated(itemText(entry));
+    if (chosen) {
+        setCurrentIndex(entry);
+        Q_EMIT activated(entry);
+        Q_EMIT textActivated(itemText(entry));
+    }
+    return true;
 }
 
 } // namespace velmora

@@ -26,7 +26,7 @@ private:
     bool searchKey(const QKeyEvent& event);
     void search(const QString& typed);
     void narrow();
-    void take();
+    bool take();
 
     QString m_typed;
     /// The entries as they are searched, while something is typed.

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void doesWhatTheKeysSay_data();
     void doesWhatTheKeysSay();
     void asksForThePasswordAgain();
+    void tellsThatTheDatabaseIsHeld();
     void loadsInTheBackground();
     void scrollsFieldsThatDoNotFit();
     void offersTheRecordMenuOnARow();
@@ -46,6 +47,7 @@ private:
     void open();
     void goTo(const QString& table);
     static void pick(QComboBox* list, const QString& entry, Qt::MatchFlags match);
+    QWidget* focused() const;
     void press(const QString& steps, const QString& meanwhile = {});
 
     std::unique_ptr<ProgramFolderFixture> m_folder;
@@ -164,6 +166,15 @@ void tst_FParameters::pick(QComboBox* list, const QString& entry, Qt::MatchFlags
         QTest::keyClick(list, list->currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
 }
 
+/// What keys go to.
+QWidget* tst_FParameters::focused() const
+{
+    if (QWidget* popup = QApplication::activePopupWidget())
+        return popup->focusWidget() ? popup->focusWidget() : popup;
+    m_window->activateWindow(); // which a list that has been open leaves to the platform
+    return m_window->focusWidget();
+}
+
 /// Does what `steps` say, apart by blanks: "@TABLE" goes to a tab, "1:x" chooses what begins with x in a
 /// field's drop-down, "F1:x" the entry x in a filter, "Header" clicks the first one, "!" runs the statements
 /// `meanwhile`. A text between quotes is typed where the focus is, and any other step is a key pressed there.
@@ -182,9 +193,9 @@ void tst_FParameters::press(const QString& steps, const QString& meanwhile)
         else if (step == "Header"_L1)
             QTest::mouseClick(list()->header()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
         else if (step.startsWith(u'"'))
-            QTest::keyClicks(m_window->focusWidget(), step.sliced(1, step.size() - 2));
+            QTest::keyClicks(focused(), step.sliced(1, step.size() - 2));
         else
-            QTest::keySequence(m_window->focusWidget(), QKeySequence(step));
+            QTest::keySequence(focused(), QKeySequence(step));
     }
 }
 
@@ -254,6 +265,14 @@ void tst_FParameters::doesWhatTheKeysSay_data()
     row("shows a new record all the same", "", "Ctrl+F \"two\" Return Ins \"B\" Return Return",
         ">B,|"_L1 + both, "");
     row("finds nothing while it edits", "", "Ctrl+F \"two\" Return Return Ctrl+F \"s\" Return", ">C2,s", "");
+    const QString phones = u"C1,101,GXP2000,Hall,1|C2,201,PAP2,Desk,2"_s;
+    row("chooses by a word", "", "@PHONES Ins \"TWÓ\" Tab", phones + " [oC2|*o|-|-|-]"_L1, "");
+    row("chooses with Enter", "", "@PHONES Ins \"twox\" Backspace Return Return",
+        phones + " [oC2|*o|-|-|-]"_L1, "");
+    row("chooses nothing", "", "@PHONES Ins \"two\" Esc", phones + " [*o|-|-|-|-]"_L1, "");
+    row("chooses nothing where nothing fits", "", "@PHONES Ins \"three\" Tab Esc",
+        phones + " [*o|-|-|-|-]"_L1, "");
+    row("filters by what is typed", "", "@RANGES Shift+Tab Shift+Tab \"c2\" Tab Tab", "C2,201", "");
     row("no such table", setting.arg(u"'$$TABS', '90', 'NOWHERE'"_s), "@NOWHERE", " closed",
         "no table NOWHERE");
     row("a bad pick list, asked for each letter", setting.arg(u"'$$COMPANY', 'L_CO_DESC', 'SELECT FROM'"_s),
@@ -306,6 +325,30 @@ void tst_FParameters::asksForThePasswordAgain()
     QCOMPARE(picture(), u"C1,One"_s);
     press(u"@RANGES @COMPANY"_s);
     QCOMPARE(m_user->questions, QStringList(3, u"Password: Password Required"_s));
+}
+
+/// By another program, which keeps even readers out: the user's language says so, and later all is well.
+void tst_FParameters::tellsThatTheDatabaseIsHeld()
+{
+    run(u"INSERT INTO COMPANY VALUES('C1', 'One')"_s);
+    open();
+    m_main->language = u"FR"_s;
+    // The embedded engine's usual log lets readers in.
+    run(onServer() ? u"SET SESSION lock_wait_timeout = 1"_s
+                   : u"PRAGMA journal_mode = DELETE;PRAGMA busy_timeout = 100"_s);
+    {
+        Connection other;
+        other.open(onServer() ? m_folder->working() : m_folder->embedded(u"other.db"_s));
+        if (!onServer())
+            other.execute("ATTACH '"_L1 + m_folder->file(u"velmora.db"_s) + "' AS held"_L1);
+        other.execute(onServer() ? u"LOCK TABLES COMPANY WRITE"_s : u"BEGIN EXCLUSIVE"_s);
+        press(u"F5"_s);
+        QCOMPARE(m_user->shown.size(), 1);
+        QVERIFY(m_user->shown[0].startsWith(u"La base de données est injoignable"_s));
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+    press(u"F5"_s);
+    QCOMPARE(picture(), u"C1,One"_s);
 }
 
 void tst_FParameters::loadsInTheBackground()

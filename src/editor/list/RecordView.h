@@ -81,6 +81,8 @@ private:
     void endReading();
     void showPlace();
     void setWidth(int column, int width);
+    void findWidths(const TableDescription& table);
+    void keepWidths();
     void selectWanted(int firstRow);
     struct Width {
         int needed = 0;
@@ -109,9 +111,11 @@ private:
     /// The width that each column needs for its texts, and for what stands beside them.
     std::vector<Width> m_widths;
     std::vector<Width> m_besideWidths;
-    /// The widths that the user has given to columns, by table and column.
-    QHash<QString, QHash<int, int>> m_userWidths;
-    QString m_table;
+    /// Where the width is kept that the user has given to each column.
+    QStringList m_widthNames;
+    /// The widths that the user has given to columns, and those of them that are not kept yet.
+    QHash<int, int> m_userWidths;
+    QSet<int> m_newWidths;
     bool m_settingWidth = false;
     /// The width of each character of Latin-1, for a bound that costs next to nothing.
     std::vector<double> m_advances;
