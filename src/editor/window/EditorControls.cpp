@@ -23,6 +23,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
       list(&pane->list()),
       actions(new RecordActions(main, *list)),
       transfer(new TransferActions(main, *pane)),
+      find(new FindBox(main.textOr(u"FPARAMETERS_FIND"_s, u"Find (Ctrl+F)"_s))),
       panel(new RecordPanel(&window)),
       ok(new QPushButton(&window)),
       cancel(new QPushButton(u"Cancel"_s, &window)),
@@ -31,7 +32,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
     auto* layout = new QHBoxLayout(m_topRow);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(actions);
-    layout->addStretch();
+    layout->addWidget(find, 1);
     layout->addWidget(transfer);
     layout->addWidget(new RecordCount(main, *pane));
     ok->setObjectName(u"Ok"_s);

@@ -5,6 +5,7 @@
 #include "editor/panel/RecordPanel.h"
 #include "editor/transfer/window/TransferActions.h"
 #include "editor/window/ErrorLine.h"
+#include "editor/window/FindBox.h"
 #include "editor/window/RecordActions.h"
 #include "editor/window/TabStrip.h"
 
@@ -26,6 +27,7 @@ public:
     RecordView* const list;
     RecordActions* const actions;
     TransferActions* const transfer;
+    FindBox* const find;
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;

@@ -63,6 +63,8 @@ void FParameters::connectTable()
         enableControls();
     });
     connect(m_ui.list, &RecordView::loaded, this, &FParameters::enableControls);
+    connect(m_ui.find, &QLineEdit::textChanged, m_ui.list, &RecordView::search);
+    connect(m_ui.find, &FindBox::left, m_ui.list, [this] { m_ui.list->takeFocus(); });
     connect(&m_ui.pane->filters(), &FilterPanel::chosen, m_ui.error, &QWidget::hide);
     connect(m_ui.list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &FParameters::enableControls);
@@ -99,6 +101,10 @@ void FParameters::connectKeys()
         connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, this,
                 handler);
     };
+    onKey(Qt::Key_F, [this] {
+        if (m_ui.find->isEnabled())
+            m_ui.find->begin();
+    });
     onKey(Qt::Key_PageDown, [this] { goToTab(m_ui.strip->currentIndex() + 1); });
     onKey(Qt::Key_PageUp, [this] { goToTab(m_ui.strip->currentIndex() - 1); });
     for (int column = 0; column < sortKeys; ++column)
@@ -121,6 +127,7 @@ void FParameters::chooseTab()
 {
     const WaitCursor waiting;
     m_ui.error->hide();
+    m_ui.find->clear();
     const TableTab& tab = m_ui.strip->currentTab();
     setWindowTitle("Configuration - "_L1 + tab.caption);
     m_ui.list->setAccessibleName(tab.caption);
@@ -191,8 +198,11 @@ void FParameters::write()
 void FParameters::finishWriting(const RecordForm& written, bool reload)
 {
     closePanel();
-    if (written.mode() == RecordMode::Insert)
+    if (written.mode() == RecordMode::Insert) {
         tellIfHidden(written.values());
+        if (!m_ui.list->records().finds(written.values()))
+            m_ui.find->clear();
+    }
     m_ui.pane->showWritten(written, m_editedRow.row(), reload);
 }
 
@@ -244,6 +254,8 @@ void FParameters::keyPressEvent(QKeyEvent* event)
         m_ui.list->stopLoading();
     else if (event->key() == Qt::Key_Escape && editing())
         giveUp();
+    else if (event->key() == Qt::Key_Escape && !m_ui.find->text().isEmpty())
+        m_ui.find->clear();
     else if (event->key() == Qt::Key_F5 && !editing())
         reportFailures(m_main, [this] { refresh(); });
     else
@@ -284,6 +296,7 @@ void FParameters::enableControls()
     m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);
+    m_ui.find->setEnabled(!form && m_ui.pane->isOpen());
     m_ui.list->setEnabled(!form || form->mode() == RecordMode::Insert);
     // A batch may be in the middle of a transaction, which the record must not become part of.
     m_ui.ok->setEnabled(form && form->complete() && !running);
