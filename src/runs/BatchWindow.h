@@ -32,8 +32,8 @@ protected:
 
     BatchWindow(MMain& main, const QString& name, const QString& title, const Controls& controls);
 
-    /// Adds something that can't be changed while a run goes on.
-    void addInput(QWidget* input);
+    /// Adds something that can't be changed while a run goes on, and that grows with the window by `stretch`.
+    void addInput(QWidget* input, int stretch = 0);
     /// Adds a button that starts a run of its own kind, through startRun().
     void addButton(QPushButton* button) { m_buttons << button; }
     void startRun();

@@ -1,6 +1,8 @@
 // The window that shows how the files of phones stand to what would be written now.
 #pragma once
 
+#include "generation/model_requests.h"
+#include "reboot/reboot.h"
 #include "runs/BatchWindow.h"
 #include "runs/FolderPicker.h"
 #include "runs/SelectionPanel.h"
@@ -17,8 +19,8 @@
 namespace velmora {
 
 /// The phones of a company and their files' states; below them, for the current phone, what differs and where
-/// its values come from. Phones that are selected can be generated and restarted; their lines are listed as in
-/// the windows of those runs.
+/// its values come from. Phones that are selected can be generated and restarted; their lines are listed as
+/// in the windows of those runs.
 class FStatus : public BatchWindow {
     Q_OBJECT
 
@@ -45,11 +47,15 @@ private:
     void companyOrModelChosen();
     void phoneChosen();
     void rowsChosen();
+    void showDifferences(const Phone& phone);
+    void showValues();
     void openInEditor();
     void copyRows();
 
     bool run() override;
-    bool refresh(const PhoneChoice& choice, const std::function<void(const QList<PhoneStatus>&)>& take);
+    bool refreshAll();
+    bool compare(const PhoneChoice& choice, QList<PhoneStatus>& statuses);
+    void refreshPhones(const QStringList& codes);
     bool generate();
     bool restart();
     void stop() override;
@@ -82,6 +88,12 @@ private:
     Reboot m_reboot;
     /// The company and model that the list was read for.
     PhoneChoice m_shown;
+    /// Of the current phone.
+    QList<ExplainedParameter> m_explained;
+    /// Of the buttons that say a number.
+    QString m_copyCaption;
+    QString m_generateCaption;
+    QString m_restartCaption;
 };
 
 } // namespace velmora

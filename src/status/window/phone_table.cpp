@@ -4,6 +4,8 @@
 #include "common/texts/folded_text.h"
 
 #include <QApplication>
+#include <QDateTime>
+#include <QLocale>
 #include <QPalette>
 
 #include <algorithm>
@@ -19,14 +21,13 @@ bool isInOrder(FileState state)
     return state == FileState::Current || state == FileState::NoFile;
 }
 
-/// As in the list of a run.
+} // namespace
+
 QColor remarkColour()
 {
     const bool dark = QApplication::palette().color(QPalette::Base).lightness() < 128;
     return dark ? QColor(255, 170, 90) : QColor(165, 60, 0);
 }
-
-} // namespace
 
 PhoneTable::PhoneTable(MMain& main, QObject* parent)
     : QAbstractTableModel(parent),
@@ -37,13 +38,12 @@ PhoneTable::PhoneTable(MMain& main, QObject* parent)
                   main.textOr(u"FSTATUS_RESTART"_s, u"Last restart"_s),
                   main.textOr(u"FSTATUS_ADDRESS"_s, u"Address"_s),
                   main.textOr(u"FSTATUS_REMARK"_s, u"Remark"_s)}),
-      m_states({main.textOr(u"STATUS_CURRENT"_s, u"current"_s),
-                main.textOr(u"STATUS_DIFFERENT"_s, u"different"_s),
-                main.textOr(u"STATUS_MISSING"_s, u"missing"_s),
-                main.textOr(u"STATUS_UNREADABLE"_s, u"unreadable"_s),
-                main.textOr(u"STATUS_NOFILE"_s, u"no file"_s),
-                main.textOr(u"STATUS_NOFOLDER"_s, u"no folder"_s),
-                main.textOr(u"STATUS_ORPHAN"_s, u"without a phone"_s)})
+      m_states(
+          {main.textOr(u"STATUS_CURRENT"_s, u"current"_s), main.textOr(u"STATUS_DIFFERENT"_s, u"different"_s),
+           main.textOr(u"STATUS_MISSING"_s, u"missing"_s),
+           main.textOr(u"STATUS_UNREADABLE"_s, u"unreadable"_s),
+           main.textOr(u"STATUS_NOFILE"_s, u"no file"_s), main.textOr(u"STATUS_NOFOLDER"_s, u"no folder"_s),
+           main.textOr(u"STATUS_ORPHAN"_s, u"without a phone"_s)})
 {
 }
 
@@ -64,8 +64,9 @@ void PhoneTable::update(const QList<PhoneStatus>& statuses)
         else
             orphans << status;
     }
-    const qsizetype phones = std::count_if(m_statuses.begin(), m_statuses.end(),
-                                           [](const PhoneStatus& status) { return status.phone.has_value(); });
+    const qsizetype phones =
+        std::count_if(m_statuses.begin(), m_statuses.end(),
+                      [](const PhoneStatus& status) { return status.phone.has_value(); });
     for (qsizetype row = 0; row < phones; ++row)
         if (const PhoneStatus* found = known.value(m_statuses[row].phone->code))
             m_statuses[row] = *found;
