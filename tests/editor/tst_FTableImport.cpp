@@ -211,13 +211,13 @@ void tst_FTableImport::writesFiles()
 void tst_FTableImport::followsTheTable()
 {
     m_editor->findChild<TransferActions*>()->importPasted(
-        u"Company\tPhone\tName of the phone\nLUNA\t1\tI\n"_s);
+        u"Company\tPhone\tName of the phone\nLUNA\t1\tI \"a\" b\n"_s);
     QTRY_VERIFY(button(*window(), u"Write"_s)->isEnabled());
     QCOMPARE(control<QLabel>(*window(), u"Source"_s)->text(), u"Clipboard"_s);
     execute(m_folder->working(), u"UPDATE PHONES SET PH_DESC = 'Uno' WHERE PH_CODE = '1'"_s);
     button(*window(), u"Write"_s)->click();
     QVERIFY2(status().startsWith("Somebody has changed the database meanwhile"_L1), qPrintable(status()));
-    QCOMPARE(verdicts(), u"2|changed|LUNA, 1|Name of the phone: \"Uno\" -> \"I\""_s);
+    QCOMPARE(verdicts(), u"2|changed|LUNA, 1|Name of the phone: \"Uno\" -> \"I \"a\" b\""_s);
     QVERIFY(phones().contains(u"1Uno"_s));
     auto* list = control<QTreeView>(*window(), u"Verdicts"_s);
     list->selectAll();
@@ -225,9 +225,9 @@ void tst_FTableImport::followsTheTable()
     list->setFocus();
     QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(),
-             u"2\tchanged\tLUNA, 1\tName of the phone: \"Uno\" -> \"I\"\n"_s);
+             u"2\tchanged\tLUNA, 1\tName of the phone: \"Uno\" -> \"I \"a\" b\"\n"_s);
     button(*window(), u"Write"_s)->click();
-    QVERIFY(phones().contains(u"1I"_s));
+    QVERIFY(phones().contains(u"1I \"a\" b"_s));
     button(*window(), u"Cancel"_s)->click();
 
     control<QAction>(*m_editor, u"New"_s)->trigger();

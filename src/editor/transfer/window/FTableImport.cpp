@@ -192,13 +192,15 @@ void FTableImport::check()
 
 void FTableImport::write()
 {
+    bool ended = false;
     run([&](const TransferProgress& progress) {
-        // Until it is known otherwise.
-        tell(m_status, m_nothingText);
         const CheckedLines shown = m_lines->lines();
         const ImportOptions options{m_skipRefused->isChecked(), m_addRanges->isChecked()};
         showEnd(importLines(m_main, m_table, m_file, options, progress, shown));
+        ended = true;
     });
+    if (!ended)
+        tell(m_status, m_nothingText);
     if (m_written)
         Q_EMIT written();
 }

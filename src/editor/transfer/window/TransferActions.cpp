@@ -95,7 +95,9 @@ void TransferActions::importFrom()
 
 void TransferActions::importPasted(const QString& text)
 {
-    import(text.toUtf8(), m_clipboard);
+    // A text with other separators is one of a file.
+    const bool fromSpreadsheet = text.contains(u'\t');
+    import(fromSpreadsheet ? pastedTableBytes(text) : text.toUtf8(), m_clipboard);
 }
 
 void TransferActions::import(const QByteArray& text, const QString& source)
