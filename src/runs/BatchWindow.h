@@ -57,6 +57,8 @@ protected:
     /// What a run is given to report here. Window events run as often as needed to keep the window
     /// responsive.
     RunReport report();
+    /// Shows the list of lines, or leaves its place to the inputs.
+    void showLog(bool shown) { m_log->setVisible(shown); }
     void append(const RunLine& line) { m_log->append(line); }
     void showProgress(qsizetype done, qsizetype total);
     /// What is being done at the moment, beside the progress.

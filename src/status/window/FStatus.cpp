@@ -76,7 +76,10 @@ FStatus::FStatus(MMain& main, quint16 port)
       m_generate(new QPushButton(u"Generate"_s)),
       m_restart(new QPushButton(u"Restart"_s)),
       m_copy(new QPushButton(u"Copy"_s)),
-      m_reboot(main, port, report())
+      m_reboot(main, port, report()),
+      m_copyCaption(main.textOr(u"FSTATUS_COPYROWS"_s, m_copy->text())),
+      m_generateCaption(main.textOr(u"FSTATUS_GENERATEROWS"_s, m_generate->text())),
+      m_restartCaption(main.textOr(u"FSTATUS_RESTARTROWS"_s, m_restart->text()))
 {
     addInput(createSelection());
     addInput(m_folder);
@@ -90,12 +93,12 @@ FStatus::FStatus(MMain& main, quint16 port)
     m_generate->setObjectName(u"GenerateRows"_s);
     m_restart->setObjectName(u"RestartRows"_s);
     connectControls();
+    showLog(false);
     complete();
-    m_copyCaption = m_copy->text();
-    m_generateCaption = m_generate->text();
-    m_restartCaption = m_restart->text();
+    m_allModels->setChecked(true); // also where a model was chosen last
     fillStates();
     rowsChosen();
+    enableStart();
 }
 
 QWidget* FStatus::createSelection()
@@ -178,6 +181,7 @@ void FStatus::connectControls()
         guarded (&FStatus::companyOrModelChosen)();
     });
     connect(m_allModels, &QCheckBox::clicked, this, guarded(&FStatus::companyOrModelChosen));
+    connect(m_folder, &FolderPicker::rememberWanted, this, guarded(&FStatus::rememberFolder));
     connect(m_states, &QComboBox::currentIndexChanged, this, [this](int entry) {
         const QVariant state = m_states->itemData(entry);
         m_rows->setState(state.isValid() ? std::optional(static_cast<FileState>(state.toInt()))
@@ -220,6 +224,14 @@ void FStatus::companyOrModelChosen()
     enableStart();
 }
 
+/// For each of the models.
+void FStatus::rememberFolder()
+{
+    for (const GenerationRequest& request : requestsFor(m_main, choice()))
+        remember(m_main, request.company + request.equipment, u"$$GENPATH"_s, m_folder->folder());
+    showStatus(m_main.messageLine(u"M314"_s));
+}
+
 PhoneChoice FStatus::choice() const
 {
     return {m_selection->company(), m_allModels->isChecked() ? QString() : m_selection->equipment()};
@@ -248,7 +260,9 @@ QList<GenerationRequest> FStatus::requests(const PhoneChoice& choice)
 
 bool FStatus::run()
 {
-    switch (std::exchange(m_task, Task::Refresh)) {
+    const Task task = std::exchange(m_task, Task::Refresh);
+    showLog(task != Task::Refresh);
+    switch (task) {
     case Task::Generate:
         return generate();
     case Task::Restart:

@@ -45,6 +45,7 @@ private:
     void connectControls();
 
     void companyOrModelChosen();
+    void rememberFolder();
     void phoneChosen();
     void rowsChosen();
     void showDifferences(const Phone& phone);

@@ -32,11 +32,10 @@ QColor remarkColour()
 PhoneTable::PhoneTable(MMain& main, QObject* parent)
     : QAbstractTableModel(parent),
       m_captions({main.textOr(u"PH_CODE"_s, u"Phone"_s), main.textOr(u"FSTATUS_NAME"_s, u"Name"_s),
-                  main.textOr(u"EQ_CODE"_s, u"Model"_s), main.textOr(u"FSTATUS_FILE"_s, u"File"_s),
-                  main.textOr(u"FSTATUS_STATE"_s, u"State"_s),
+                  main.textOr(u"EQ_CODE"_s, u"Model"_s), main.textOr(u"FSTATUS_STATE"_s, u"State"_s),
                   main.textOr(u"FSTATUS_DIFFERENCES"_s, u"Differences"_s),
                   main.textOr(u"FSTATUS_RESTART"_s, u"Last restart"_s),
-                  main.textOr(u"FSTATUS_ADDRESS"_s, u"Address"_s),
+                  main.textOr(u"FSTATUS_ADDRESS"_s, u"Address"_s), main.textOr(u"FSTATUS_FILE"_s, u"File"_s),
                   main.textOr(u"FSTATUS_REMARK"_s, u"Remark"_s)}),
       m_states(
           {main.textOr(u"STATUS_CURRENT"_s, u"current"_s), main.textOr(u"STATUS_DIFFERENT"_s, u"different"_s),

@@ -17,7 +17,7 @@ class PhoneTable : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Column : int { Code, Name, Model, File, State, Differences, LastRestart, Address, Remark };
+    enum Column : int { Code, Name, Model, State, Differences, LastRestart, Address, File, Remark };
 
     PhoneTable(MMain& main, QObject* parent);
 
