@@ -1,5 +1,7 @@
 #include "editor/list/FilterPanel.h"
 
+#include "windows/list_height.h"
+
 #include <QEvent>
 #include <QListView>
 #include <QStringListModel>
@@ -53,6 +55,7 @@ FilterPanel::Row FilterPanel::addRow(const QString& caption, const QStringList& 
     row.filter->setObjectName("Filter"_L1 + number);
     row.filter->setAccessibleName(caption);
     row.filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    limitHeight(*row.filter);
     row.filter->setFocusPolicy(Qt::StrongFocus);
     row.filter->installEventFilter(this);
     // A column may have a hundred thousand values.

@@ -1,5 +1,7 @@
 #include "editor/panel/RecordPanel.h"
 
+#include "windows/list_height.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QSignalBlocker>
@@ -76,6 +78,7 @@ RecordPanel::Row RecordPanel::addRow(qsizetype field)
     }
     row.combo->setFocusPolicy(Qt::StrongFocus);
     row.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    limitHeight(*row.combo);
     row.label->show();
     row.text->setVisible(!shown.dropDown);
     row.combo->setVisible(shown.dropDown);
