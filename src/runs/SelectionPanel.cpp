@@ -2,6 +2,7 @@
 
 #include "common/MMain.h"
 #include "windows/failure_report.h"
+#include "windows/list_height.h"
 #include "windows/wait_cursor.h"
 
 #include <QCompleter>
@@ -30,9 +31,7 @@ void makeSearchable(QComboBox& list)
     list.setInsertPolicy(QComboBox::NoInsert);
     list.completer()->setFilterMode(Qt::MatchContains);
     list.completer()->setCompletionMode(QCompleter::PopupCompletion);
-    list.setMaxVisibleItems(20);
-    list.setStyleSheet(
-        u"QComboBox { combobox-popup: 0; }"_s); // a list of that height, not one of the whole screen
+    limitHeight(list);
     QObject::connect(list.lineEdit(), &QLineEdit::editingFinished, &list, [&list] {
         if (list.findText(list.currentText(), Qt::MatchFixedString) < 0)
             list.setEditText(list.itemText(list.currentIndex()));
