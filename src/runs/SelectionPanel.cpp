@@ -6,12 +6,25 @@
 #include <QCompleter>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QListView>
+#include <QStringListModel>
 
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
 namespace {
+
+/// Entries in a list of that kind may be many thousands: they are one model, and neither the width nor the
+/// height of each of them is asked for.
+void prepareForMany(QComboBox& list)
+{
+    list.setModel(new QStringListModel(&list));
+    list.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    for (QAbstractItemView* view : {list.view(), list.completer()->popup()})
+        if (auto* entries = qobject_cast<QListView*>(view))
+            entries->setUniformItemSizes(true);
+}
 
 /// Finds entries by any part of their text. What is typed and is no entry is given up.
 void makeSearchable(QComboBox& list)
@@ -20,6 +33,7 @@ void makeSearchable(QComboBox& list)
     list.setInsertPolicy(QComboBox::NoInsert);
     list.completer()->setFilterMode(Qt::MatchContains);
     list.completer()->setCompletionMode(QCompleter::PopupCompletion);
+    prepareForMany(list);
     list.setMaxVisibleItems(20);
     list.setStyleSheet(
         u"QComboBox { combobox-popup: 0; }"_s); // a list of that height, not one of the whole screen
@@ -140,9 +154,10 @@ void SelectionPanel::clear(int list)
 void SelectionPanel::fill(int list, const QList<ListEntry>& entries)
 {
     QComboBox* filter = m_filters[list - 1];
-    filter->clear();
+    QStringList texts;
     for (const ListEntry& entry : entries)
-        filter->addItem(entry.text());
+        texts << entry.text();
+    static_cast<QStringListModel*>(filter->model())->setStringList(texts);
     filter->setCurrentIndex(-1);
     filter->setEnabled(!entries.isEmpty());
 }
