@@ -8,6 +8,8 @@
 #include <QCompleter>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QListView>
+#include <QStringListModel>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +25,17 @@ int entryOf(const QComboBox& list, const QString& code)
                : list.findText(ListEntry{code, {}}.text(), Qt::MatchStartsWith | Qt::MatchCaseSensitive);
 }
 
+/// Entries in a list of that kind may be many thousands: they are one model, and neither the width nor the
+/// height of each of them is asked for.
+void prepareForMany(QComboBox& list)
+{
+    list.setModel(new QStringListModel(&list));
+    list.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    for (QAbstractItemView* view : {list.view(), list.completer()->popup()})
+        if (auto* entries = qobject_cast<QListView*>(view))
+            entries->setUniformItemSizes(true);
+}
+
 } // namespace
 
 void makeSearchable(QComboBox& list)
@@ -31,6 +44,7 @@ void makeSearchable(QComboBox& list)
     list.setInsertPolicy(QComboBox::NoInsert);
     list.completer()->setFilterMode(Qt::MatchContains);
     list.completer()->setCompletionMode(QCompleter::PopupCompletion);
+    prepareForMany(list);
     limitHeight(list);
     QObject::connect(list.lineEdit(), &QLineEdit::editingFinished, &list, [&list] {
         if (list.findText(list.currentText(), Qt::MatchFixedString) < 0)
@@ -155,9 +169,10 @@ void SelectionPanel::clear(int list)
 void SelectionPanel::fill(int list, const QList<ListEntry>& entries)
 {
     QComboBox* filter = m_filters[list - 1];
-    filter->clear();
+    QStringList texts;
     for (const ListEntry& entry : entries)
-        filter->addItem(entry.text());
+        texts << entry.text();
+    static_cast<QStringListModel*>(filter->model())->setStringList(texts);
     filter->setCurrentIndex(-1);
     filter->setEnabled(!entries.isEmpty());
 }
