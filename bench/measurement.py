@@ -4,12 +4,16 @@ import argparse
 import contextlib
 import os
 import pathlib
+import sqlite3
 import statistics
 import subprocess
 import sys
 import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
+ROWS_PER_PHONE = 22
+"""Of the sample database: a range, a phone and its parameters."""
+SEEDED_TABLES = ("RANGES", "PHONES", "PHONES_PARAMETERS")
 
 
 def options(description):
@@ -49,10 +53,10 @@ def run(command):
 
 
 def seconds(command):
-    """The seconds that a command prints of itself."""
+    """The seconds that a command prints of itself, before anything else."""
     # What earlier runs left to be written would otherwise be written during this one.
     os.sync()
-    return float(run(command))
+    return float(run(command).split()[0])
 
 
 def medians(contestants, runs):
@@ -65,9 +69,38 @@ def medians(contestants, runs):
     return {name: statistics.median(values) for name, values in times.items()}
 
 
-def sample_database(build, file, phones):
+def sample_database(build, file, phones, *options):
     """Writes the database that the measurements work on."""
-    run(program(build, "bench_sample_database") + [file, phones])
+    run(program(build, "bench_sample_database") + [file, phones, *options])
+
+
+def write_seed_file(earlier, path):
+    """Every phone of the earlier database as lines of a seed file. Returns the number of lines."""
+    database = sqlite3.connect(earlier)
+    (version,) = database.execute("SELECT SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_CODE = '$$BASEVER'").fetchone()
+    lines = [";".join((version + "V", table) + row)
+             for table in SEEDED_TABLES for row in database.execute(f"SELECT * FROM {table}")]
+    path.write_text("\n".join(lines) + "\n", encoding="utf-8")
+    return len(lines)
+
+
+def user_list(folder, entries):
+    """Writes confUsers.ini."""
+    lines = ["[Users]"]
+    for number in range(10000, 10000 + entries):
+        lines += [f"[User{number}]", f"Name=First{number * 7919 % 100003}", "Surname=of the hall",
+                  f"Extension={number}"]
+    (folder / "confUsers.ini").write_text("\r\n".join(lines) + "\r\nend\r\n", encoding="cp1252", newline="")
+
+
+def phone_list(folder, phones):
+    """Writes phones.csv as a spreadsheet does: columns in an order of its own, addresses with separators."""
+    lines = ["PH_CODE,PH_DESC,PH_MAC,CO_CODE,EQ_CODE"]
+    for code in range(10000, 10000 + phones):
+        digits = f"0200A0{code * 7919 % 0x1000000:06X}"
+        address = ":".join(digits[at:at + 2] for at in range(0, 12, 2))
+        lines.append(f'{code},"Büro {code}, hall ""{code % 7}""",{address},ACME,GXP2000')
+    (folder / "phones.csv").write_text("\r\n".join(lines) + "\r\n", encoding="utf-8", newline="")
 
 
 def make_program_folder(folder):

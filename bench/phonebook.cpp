@@ -1,44 +1,29 @@
-// bench_phonebook FOLDER: imports the user list in the folder into a new database there,
-// imports them again, writes the address book, the CSV file and the workbook. Prints the seconds of each.
+// bench_phonebook FOLDER [CONNECTION]: imports the user list in the folder into a new database there, or that
+// of the connection string, imports them again, writes the address book, the CSV file and the workbook.
+// Prints the seconds of each.
 #include "cli/terminal_prompts.h"
 #include "common/MMain.h"
+#include "database.h"
 #include "phonebook/address_book.h"
 #include "phonebook/phone_book_export.h"
 #include "phonebook/phone_book_import.h"
-#include "schema/tables.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
 
 namespace {
 
-void fill(Connection& database)
-{
-    for (const QString& creation : creationStatements())
-        database.execute(creation);
-    database.holdDeclaredTypes();
-    for (const QString& row :
-         {u"CREATION_FLAGS VALUES('V', 'x', 'Y')"_s, u"CREATION_FLAGS VALUES('W', 'x', 'Y')"_s,
-          u"CREATION_FLAGS VALUES('H', 'x', 'Y')"_s, u"COMPANY VALUES('ACME', 'Acme')"_s,
-          u"EQUIPMENT VALUES('GXP2000', 'Desk phone', 'GRANDSTREAM')"_s, u"RANGES VALUES('ACME', '1')"_s,
-          u"PHONES VALUES('ACME', '1', 'GXP2000', 'Room', '000B82000000')"_s,
-          u"SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M17', 'Import ended')"_s,
-          u"SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M33', '$$ entries')"_s})
-        database.execute("INSERT INTO "_L1 + row);
-}
-
-void timed(const std::function<void()>& run)
-{
-    QElapsedTimer time;
-    time.start();
-    run();
-    std::printf("%f\n", double(time.nsecsElapsed()) / 1e9);
-}
+const QStringList rows = {u"CREATION_FLAGS VALUES('V', 'x', 'Y')"_s,
+                          u"CREATION_FLAGS VALUES('W', 'x', 'Y')"_s,
+                          u"CREATION_FLAGS VALUES('H', 'x', 'Y')"_s,
+                          u"COMPANY VALUES('ACME', 'Acme')"_s,
+                          u"EQUIPMENT VALUES('GXP2000', 'Desk phone', 'GRANDSTREAM')"_s,
+                          u"RANGES VALUES('ACME', '1')"_s,
+                          u"PHONES VALUES('ACME', '1', 'GXP2000', 'Room', '000B82000000')"_s,
+                          u"SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M17', 'Import ended')"_s,
+                          u"SYSTEM_PARAMETERS VALUES('$$DESC_EN', 'M33', '$$ entries')"_s};
 
 } // namespace
 
@@ -46,14 +31,15 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2) {
-        std::fputs("Usage: bench_phonebook FOLDER\n", stderr);
+    if (arguments.size() != 2 && arguments.size() != 3) {
+        std::fputs("Usage: bench_phonebook FOLDER [CONNECTION]\n", stderr);
         return 2;
     }
     try {
         MMain main(u"."_s, terminalPrompts(std::nullopt, true));
-        main.connection.open("Provider=SQLite;Data Source="_L1 + arguments[1] + "/velmora.db"_L1);
-        fill(main.connection);
+        main.connection.open(
+            arguments.value(2, "Provider=SQLite;Data Source="_L1 + arguments[1] + "/velmora.db"_L1));
+        fill(main.connection, rows);
         const PhoneBookRequest request{u"ACME"_s, u"GXP2000"_s, arguments[1]};
         const RunReport report = {[](const QString&) {}, [](qsizetype, qsizetype) {}};
         timed([&] { importPhoneBook(main, request, report); });

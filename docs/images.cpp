@@ -2,6 +2,7 @@
 // the demo database in the program folder.
 #include "common/MMain.h"
 #include "desktop/menu_actions.h"
+#include "editor/transfer/window/FTableImport.h"
 #include "editor/window/FParameters.h"
 #include "files/whole_file.h"
 #include "generation/FGenerate.h"
@@ -13,6 +14,7 @@
 #include "ranges/FRgen.h"
 #include "reboot/FReboot.h"
 #include "startup/start_up.h"
+#include "status/window/FStatus.h"
 #include "support/device_double.h"
 
 #include <QApplication>
@@ -67,6 +69,24 @@ void takeEditorImages(MMain& main, const QString& folder, const QString& suffix)
     main.connection.execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE LIKE '$$PWD%'"_s);
 }
 
+/// The import of phones, some of which are refused.
+void takeImportImage(MMain& main, const QString& folder, const QString& suffix)
+{
+    const QByteArray phones = "PH_CODE;PH_DESC;PH_MAC;EQ_CODE;CO_CODE;Room\n"
+                              "101;Front desk;02:00:A0:01:00:01;GXP2000;LUNA;1\n"
+                              "102;Anna Albrecht;02:00:A0:01:00:02;GXP2000;LUNA;2\n"
+                              "191;Oven hall 3;02:00:A0:01:00:2A;GXP2000;LUNA;3\n"
+                              "192;Oven hall 4;02:00:A0:01:00:2;GXP2000;LUNA;3\n"
+                              "193;Shop New Bridge;;GXP3000;LUNA;7\n"
+                              "194;Shop Harbour 2;02-00-A0-02-00-0F;PAP2;LUNA;8\n";
+    const OpenTable table{describeTable(main, u"PHONES"_s), Access::True};
+    FTableImport* window = openImport(main, table, phones, u"/home/anna/lists/phones.csv"_s, nullptr);
+    QCoreApplication::processEvents();
+    window->findChild<QCheckBox*>(u"AddRanges"_s)->click();
+    save(*window, folder + "/FTableImport"_L1 + suffix);
+    window->reject();
+}
+
 /// The reboot window after it has visited four devices, one of them with another password.
 void takeRebootImage(MMain& main, const QString& folder, const QString& suffix)
 {
@@ -84,6 +104,36 @@ void takeRebootImage(MMain& main, const QString& folder, const QString& suffix)
     choose(reboot, u"Filter_4"_s, u"116"_s);
     reboot.findChild<QPushButton*>(u"Ok"_s)->click();
     save(reboot, folder + "/FReboot"_L1 + suffix);
+}
+
+/// The status of a company's phones after one of its values was changed: what differs, and all values.
+void takeStatusImages(MMain& main, const QString& folder, const QString& suffix)
+{
+    const auto setServer = [&main](const QString& server) {
+        main.connection.execute(
+            u"UPDATE COMPANY_PARAMETERS SET PA_VALUE = ? WHERE CO_CODE = 'LUNA' AND EQ_CODE = "
+            "'GXP2000' AND PA_CODE = '47'"_s,
+            {server});
+    };
+    main.connection.execute(
+        u"REPLACE INTO SYSTEM_PARAMETERS VALUES('$$RESTART', 'LUNA 101', '2026-11-20T09:30:00Z -')"_s);
+    const QString before = main.connection
+                               .select(u"SELECT PA_VALUE FROM COMPANY_PARAMETERS WHERE CO_CODE = 'LUNA' AND "
+                                       "EQ_CODE = 'GXP2000' AND PA_CODE = '47'"_s)
+                               .text(0);
+    writeWholeFile(u"phone-files/LUNA/cfg0200A00100FF"_s, "another phone's");
+    setServer(u"sip2.luna.example"_s);
+    FStatus window(main);
+    window.resize(window.sizeHint());
+    window.show();
+    choose(window, u"Filter_1"_s, u"LUNA"_s);
+    window.findChild<QPushButton*>(u"Refresh"_s)->click();
+    auto* phones = window.findChild<QTreeView*>(u"Phones"_s);
+    phones->setCurrentIndex(phones->model()->index(5, 0));
+    save(window, folder + "/FStatus"_L1 + suffix);
+    window.findChild<QTabWidget*>(u"Pages"_s)->setCurrentIndex(1);
+    save(window, folder + "/FStatus-values"_L1 + suffix);
+    setServer(before);
 }
 
 /// A phone-book window after its run.
@@ -143,6 +193,8 @@ void takeImages(MMain& main, const QString& folder)
     generate->findChild<QPushButton*>(u"Generate"_s)->click();
     save(*generate, folder + "/FGenerate"_L1 + suffix);
     takeEditorImages(main, folder, suffix);
+    takeImportImage(main, folder, suffix);
+    takeStatusImages(main, folder, suffix);
     takeRebootImage(main, folder, suffix);
     takePhoneBookImages(main, folder, suffix);
     takeRangesImage(main, folder, suffix);
@@ -167,6 +219,8 @@ int main(int argc, char** argv)
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&) { return std::optional<QString>(); },
+        [](const QString&, const QString&, const QStringList&) { return std::optional<ChosenFile>(); },
+        [](const QString&, const QString&, const QStringList&) { return std::optional<ChosenFile>(); },
         [] { QCoreApplication::processEvents(); },
     };
     MMain mainModule(arguments.value(1), prompts);

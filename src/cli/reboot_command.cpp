@@ -33,7 +33,7 @@ struct Options {
 
 RebootRequest requestOf(MMain& main, const Options& options)
 {
-    const PhoneRange range = rangeOf(main, options.phones);
+    const PhoneChoice range = rangeOf(main, options.phones);
     RebootRequest request{range.company, range.equipment, range.from, range.to, options.waitIfBusy};
     request.codes = range.codes;
     request.changedOnly = options.changedOnly;

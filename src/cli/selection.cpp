@@ -42,15 +42,18 @@ QStringList phoneCodes(const QString& phones)
     return codes;
 }
 
-PhoneRange rangeOf(MMain& main, const PhoneSelection& selection)
+PhoneChoice choiceOf(const PhoneSelection& selection)
 {
-    PhoneRange range{QString::fromStdString(selection.company),
-                     QString::fromStdString(selection.equipment),
-                     QString::fromStdString(selection.from),
-                     QString::fromStdString(selection.to),
-                     {}};
+    PhoneChoice choice{QString::fromStdString(selection.company), QString::fromStdString(selection.equipment),
+                       QString::fromStdString(selection.from), QString::fromStdString(selection.to)};
     if (!selection.phones.empty())
-        range.codes = phoneCodes(QString::fromStdString(selection.phones));
+        choice.codes = phoneCodes(QString::fromStdString(selection.phones));
+    return choice;
+}
+
+PhoneChoice rangeOf(MMain& main, const PhoneSelection& selection)
+{
+    PhoneChoice range = choiceOf(selection);
     const QList<ListEntry> phones = range.equipment.isEmpty()
                                         ? phonesOf(main, range.company)
                                         : phonesOf(main, range.company, range.equipment);

@@ -1,6 +1,8 @@
 // The options that select a company, a model and phones.
 #pragma once
 
+#include "generation/model_requests.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -26,15 +28,6 @@ struct PhoneSelection {
     std::string phones;
 };
 
-struct PhoneRange {
-    QString company;
-    QString equipment;
-    QString from;
-    QString to;
-    /// Only these codes, where they were named.
-    std::optional<QStringList> codes;
-};
-
 /// Which models a command works on.
 enum class Models { One, OneOrAll };
 
@@ -47,8 +40,11 @@ void addPhones(CLI::App& parser, PhoneSelection& selection);
 /// Throws FileError when the file can't be read.
 QStringList phoneCodes(const QString& phones);
 
+/// The selection as it stands on the command line. Throws FileError.
+PhoneChoice choiceOf(const PhoneSelection& selection);
+
 /// The selection, completed by the first and the last phone that the company has of the model, or of all
 /// models. Without any, the codes that are not named stay empty. Throws FileError.
-PhoneRange rangeOf(MMain& main, const PhoneSelection& selection);
+PhoneChoice rangeOf(MMain& main, const PhoneSelection& selection);
 
 } // namespace velmora

@@ -102,15 +102,19 @@ QString MMain::GetParameterValue(const QString& code, const QString& macroShownA
 
 QString MMain::ExpandMacros(const QString& value, MacroContext context, const QString& macroShownAs)
 {
-    const Phone phone = currentPhone();
-    const MacroExpansion expansion = expandMacros(value, phone, context);
-    if (!expansion.refusedToken.isEmpty()) {
-        bool show = true;
-        GetMessage(u"M6"_s, macroShownAs.isEmpty() ? expansion.refusedToken : macroShownAs, show,
-                   describe(phone));
-        stopFlag = stopFlag || expansion.unknownName;
-    }
+    if (!value.contains("$$"_L1))
+        return value;
+    const MacroExpansion expansion = expandMacros(value, currentPhone(), context);
+    if (!expansion.refusedToken.isEmpty())
+        showRefusedMacro(expansion, macroShownAs);
     return expansion.text;
+}
+
+void MMain::showRefusedMacro(const MacroExpansion& expansion, const QString& shownAs)
+{
+    bool show = true;
+    GetMessage(u"M6"_s, shownAs.isEmpty() ? expansion.refusedToken : shownAs, show, describe(currentPhone()));
+    stopFlag = stopFlag || expansion.unknownName;
 }
 
 QString MMain::BrowseFolder(const QString& startFolder) const

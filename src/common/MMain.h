@@ -70,6 +70,10 @@ public:
     QString ExpandMacros(const QString& value, MacroContext context = MacroContext::Value,
                          const QString& macroShownAs = {});
 
+    /// Shows that a macro is refused for the current phone (M6), by its own name unless another is given; an
+    /// unknown one sets the stop flag.
+    void showRefusedMacro(const MacroExpansion& expansion, const QString& shownAs = {});
+
     /// Lets the user choose a folder; `startFolder` when nothing was chosen.
     QString BrowseFolder(const QString& startFolder) const;
 

@@ -11,6 +11,10 @@ namespace velmora {
 /// no reason for a message: it is found again in this session all the same.
 class Remembered {
 public:
+    /// The names of what was chosen last in any window; the next one proposes it.
+    static constexpr QLatin1StringView lastCompany{"Last/Company"};
+    static constexpr QLatin1StringView lastEquipment{"Last/Equipment"};
+
     /// From now on everything is also kept in that file, and what stands in it is found.
     void keepIn(const QString& file) { m_file = file; }
 

@@ -1,12 +1,14 @@
 #include "desktop/desktop_prompts.h"
 
 #include "platform/shell_version.h"
+#include "windows/wait_cursor.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +20,13 @@ namespace {
 constexpr qsizetype mostLines = 15;
 constexpr qsizetype mostCharacters = 2000;
 
+/// French sets a blank before these marks, at which no line may end.
+QString keptTogether(QString text)
+{
+    static const QRegularExpression blank(u" (?=[:;?!»])|(?<=«) "_s);
+    return text.replace(blank, u"\u00a0"_s);
+}
+
 /// The beginning of `text`, as much as a box shows.
 QString beginning(const QString& text)
 {
@@ -27,6 +36,7 @@ QString beginning(const QString& text)
 
 void show(const QString& text, const QString& details)
 {
+    const NoWaitCursor asking;
     QMessageBox box(QMessageBox::NoIcon, u"Velmora"_s, beginning(text), QMessageBox::Ok,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
@@ -39,7 +49,8 @@ void show(const QString& text, const QString& details)
 
 bool ask(const QString& question, const QString& title, QMessageBox::StandardButton proposal)
 {
-    QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No,
+    const NoWaitCursor asking;
+    QMessageBox box(QMessageBox::Question, title, keptTogether(question), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(proposal);
@@ -58,6 +69,7 @@ bool askToGoOn(const QString& question, const QString& title)
 
 std::optional<QString> askText(const QString& question, const QString& proposal)
 {
+    const NoWaitCursor asking;
     bool accepted = false;
     const QString answer = QInputDialog::getText(QApplication::activeWindow(), u"Velmora"_s, question,
                                                  QLineEdit::Normal, proposal, &accepted);
@@ -66,6 +78,7 @@ std::optional<QString> askText(const QString& question, const QString& proposal)
 
 std::optional<QString> askPassword(const QString& question, const QString& title)
 {
+    const NoWaitCursor asking;
     bool accepted = false;
     const QString answer = QInputDialog::getText(QApplication::activeWindow(), title, question,
                                                  QLineEdit::Password, {}, &accepted);
@@ -74,6 +87,7 @@ std::optional<QString> askPassword(const QString& question, const QString& title
 
 std::optional<QString> chooseFolder(const QString& startFolder)
 {
+    const NoWaitCursor asking;
     QFileDialog::Options options = QFileDialog::ShowDirsOnly;
 #ifdef Q_OS_WIN
     // Before version 5 the shell's own folder dialog has no box to type a path into.
@@ -82,6 +96,30 @@ std::optional<QString> chooseFolder(const QString& startFolder)
     const QString folder =
         QFileDialog::getExistingDirectory(QApplication::activeWindow(), startFolder, startFolder, options);
     return folder.isEmpty() ? std::nullopt : std::optional(QDir::toNativeSeparators(folder));
+}
+
+/// The file of a dialog that has been closed, if one was chosen in it.
+std::optional<ChosenFile> chosenFile(const QString& path, const QString& kind, const QStringList& kinds)
+{
+    return path.isEmpty() ? std::nullopt : std::optional(ChosenFile{path, kinds.indexOf(kind)});
+}
+
+std::optional<ChosenFile> chooseFileToRead(const QString& title, const QString& folder,
+                                           const QStringList& kinds)
+{
+    QString kind;
+    const QString path =
+        QFileDialog::getOpenFileName(QApplication::activeWindow(), title, folder, kinds.join(";;"_L1), &kind);
+    return chosenFile(path, kind, kinds);
+}
+
+std::optional<ChosenFile> chooseFileToWrite(const QString& title, const QString& proposal,
+                                            const QStringList& kinds)
+{
+    QString kind;
+    const QString path = QFileDialog::getSaveFileName(QApplication::activeWindow(), title, proposal,
+                                                      kinds.join(";;"_L1), &kind);
+    return chosenFile(path, kind, kinds);
 }
 
 } // namespace
@@ -94,6 +132,8 @@ Prompts desktopPrompts()
             askText,
             askPassword,
             chooseFolder,
+            chooseFileToRead,
+            chooseFileToWrite,
             [] { QCoreApplication::processEvents(); }};
 }
 

@@ -1,8 +1,9 @@
 #include "generation/destination.h"
 
-#include "common/macros.h"
+#include "common/MMain.h"
 #include "files/stored_path.h"
 #include "generation/remembered_levels.h"
+#include "modules/modules.h"
 #include "runs/phone_selection.h"
 
 #include <QRegularExpression>
@@ -10,6 +11,14 @@
 using namespace Qt::StringLiterals;
 
 namespace velmora {
+
+const Writer* writerOf(MMain& main, const QString& model)
+{
+    const Recordset rows =
+        main.connection.select(u"SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = ?"_s, {model});
+    const Module* module = rows.eof() ? nullptr : moduleOf(rows.text(0));
+    return module ? module->writer : nullptr;
+}
 
 Destination rememberedDestination(MMain& main, const QString& company, const QString& model)
 {
@@ -23,6 +32,8 @@ bool isFileName(const QString& name)
 
 bool followsPattern(const QString& folder, const QString& pattern)
 {
+    if (folder == pattern)
+        return true;
     static const QRegularExpression separator(u"[/\\\\]"_s);
     const QStringList names = folder.split(separator);
     const QStringList patternNames = pattern.split(separator);

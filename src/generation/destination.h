@@ -16,6 +16,9 @@ struct Destination {
     Levels levels;
 };
 
+/// The writer of the model's files; null where its phones load none.
+const Writer* writerOf(MMain& main, const QString& model);
+
 Destination rememberedDestination(MMain& main, const QString& company, const QString& model);
 
 /// Whether a name that is made of database texts is that of a file, and does not lead to another folder.

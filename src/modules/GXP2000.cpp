@@ -2,6 +2,7 @@
 
 #include "files/ansi.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -48,16 +49,31 @@ DeviceFile startImage(const Phone& phone)
     return image;
 }
 
-void appendParameters(DeviceFile& image, const QList<Parameter>& parameters)
+Piece devicePiece(const Parameter& parameter)
 {
-    for (auto parameter = parameters.rbegin(); parameter != parameters.rend(); ++parameter) {
-        if (image.bytes.size() > headerSize)
-            image.bytes += '&';
-        image.bytes += 'P';
-        appendPiece(image, parameter->code, parameter->code);
-        image.bytes += '=';
-        appendPiece(image, parameter->code, parameter->value);
+    return pieceOf(parameter, {u"P", parameter.code, u"=", parameter.value});
+}
+
+Piece sourcePiece(const Parameter& parameter)
+{
+    return pieceOf(parameter, {u"# ", parameter.description, u"\r\nP", parameter.code, u" = ",
+                               parameter.value, u"\r\n"});
+}
+
+/// In one piece of memory, since it is half the work of an image.
+void appendParameters(DeviceFile& image, const Pieces& pieces)
+{
+    const qsizetype before = image.bytes.size();
+    image.bytes.resize(before + sizeOf(pieces) + pieces.size());
+    char* const start = image.bytes.data();
+    char* end = start + before;
+    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
+        if (end - start > headerSize)
+            *end++ = '&';
+        end = std::copy((*piece)->bytes.begin(), (*piece)->bytes.end(), end);
+        image.noteLoss(**piece);
     }
+    image.bytes.truncate(end - start);
     image.bytes += endOfParameters;
 }
 
@@ -65,18 +81,15 @@ void appendParameters(DeviceFile& image, const QList<Parameter>& parameters)
 std::uint32_t checksum(const QByteArray& image)
 {
     std::uint32_t sum = 0;
-    for (qsizetype position = 0; position < image.size(); position += 2) {
+    for (qsizetype position = 0; position < image.size(); position += 2)
         sum += 65535 - wordAt(image, position);
-        if (sum > 65535)
-            sum -= 65536;
-    }
-    return sum;
+    return sum % 65536;
 }
 
-DeviceFile device(const Phone& phone, const QList<Parameter>& parameters)
+DeviceFile device(const Phone& phone, const Pieces& pieces)
 {
     DeviceFile image = startImage(phone);
-    appendParameters(image, parameters);
+    appendParameters(image, pieces);
     if (image.bytes.size() % 2 != 0)
         image.bytes += '\0';
     if (image.bytes.size() > largestImage)
@@ -131,20 +144,9 @@ std::optional<QMap<QString, QString>> parametersIn(const QByteArray& text)
     return values;
 }
 
-DeviceFile source(const QList<Parameter>& parameters)
-{
-    DeviceFile file;
-    for (const Parameter& parameter : parameters) {
-        appendPiece(file, parameter.code, QString("# "_L1 + parameter.description + "\r\n"_L1));
-        appendPiece(file, parameter.code,
-                    QString(u'P' + parameter.code + " = "_L1 + parameter.value + "\r\n"_L1));
-    }
-    return file;
-}
-
 } // namespace
 
-const Writer GXP2000 = {names, device, source};
+const Writer GXP2000 = {names, devicePiece, sourcePiece, device, joined};
 
 FileContents readGXP2000(const QByteArray& bytes)
 {

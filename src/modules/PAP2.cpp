@@ -21,29 +21,30 @@ DeviceFileNames names(const Phone& phone, const Levels& levels)
     return {name, name};
 }
 
-DeviceFile profile(const QList<Parameter>& parameters, bool withComments)
+Piece devicePiece(const Parameter& parameter)
 {
-    DeviceFile file;
-    file.bytes += startTag;
-    for (const Parameter& parameter : parameters) {
-        const auto append = [&](QStringView text) { appendPiece(file, parameter.code, text); };
-        if (withComments)
-            append(QString("<!-- "_L1 + parameter.description + " -->\r\n"_L1));
-        append(
-            QString(u'<' + parameter.code + u'>' + parameter.value + "</"_L1 + parameter.code + ">\r\n"_L1));
-    }
-    file.bytes += endTag;
-    return file;
+    return pieceOf(parameter, {u"<", parameter.code, u">", parameter.value, u"</", parameter.code, u">\r\n"});
 }
 
-DeviceFile device(const Phone&, const QList<Parameter>& parameters)
+Piece sourcePiece(const Parameter& parameter)
 {
-    return profile(parameters, false);
+    Piece piece = pieceOf(parameter, {u"<!-- ", parameter.description, u" -->\r\n"});
+    const Piece element = devicePiece(parameter);
+    piece.bytes += element.bytes;
+    piece.isLossy = piece.isLossy || element.isLossy;
+    return piece;
 }
 
-DeviceFile source(const QList<Parameter>& parameters)
+DeviceFile source(const Pieces& pieces)
 {
-    return profile(parameters, true);
+    DeviceFile profile = joined(pieces);
+    profile.bytes = startTag.toByteArray() + profile.bytes + endTag.toByteArray();
+    return profile;
+}
+
+DeviceFile device(const Phone&, const Pieces& pieces)
+{
+    return source(pieces);
 }
 
 /// The elements of a profile, without its outer tags; nothing where there is something else.
@@ -69,7 +70,7 @@ std::optional<QMap<QString, QString>> elementsIn(const QByteArray& text)
 
 } // namespace
 
-const Writer PAP2 = {names, device, source};
+const Writer PAP2 = {names, devicePiece, sourcePiece, device, source};
 
 FileContents readPAP2(const QByteArray& bytes)
 {

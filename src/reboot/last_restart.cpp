@@ -3,7 +3,6 @@
 #include "common/MMain.h"
 #include "files/file_error.h"
 #include "files/whole_file.h"
-#include "modules/modules.h"
 #include "runs/phone_selection.h"
 
 #include <QCryptographicHash>
@@ -65,12 +64,9 @@ const DeviceFiles::Model& DeviceFiles::modelOf(const Phone& phone)
     const auto known = m_models.constFind(key);
     if (known != m_models.cend())
         return *known;
-    Model model;
-    const Recordset rows =
-        m_main.connection.select(u"SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = ?"_s, {phone.equipment});
-    const Module* module = rows.eof() ? nullptr : moduleOf(rows.text(0));
-    if (module && module->writer)
-        model = {module->writer, rememberedDestination(m_main, phone.company, phone.equipment)};
+    Model model{writerOf(m_main, phone.equipment), {}};
+    if (model.writer)
+        model.destination = rememberedDestination(m_main, phone.company, phone.equipment);
     return *m_models.insert(key, model);
 }
 

@@ -74,9 +74,9 @@ void BatchWindow::createProgress(const Controls& controls)
     m_cancel->setAutoDefault(true);
 }
 
-void BatchWindow::addInput(QWidget* input)
+void BatchWindow::addInput(QWidget* input, int stretch)
 {
-    m_layout->addWidget(input);
+    m_layout->addWidget(input, stretch);
     m_inputs << input;
 }
 

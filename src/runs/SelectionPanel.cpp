@@ -2,6 +2,7 @@
 
 #include "common/MMain.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QCompleter>
 #include <QFormLayout>
@@ -13,11 +14,16 @@ namespace velmora {
 
 namespace {
 
-// What was chosen last in any window; the next one proposes it.
-const QString lastCompany = u"Last/Company"_s;
-const QString lastEquipment = u"Last/Equipment"_s;
+/// The entry of that code; -1 where it is not offered.
+int entryOf(const QComboBox& list, const QString& code)
+{
+    return code.isEmpty()
+               ? -1
+               : list.findText(ListEntry{code, {}}.text(), Qt::MatchStartsWith | Qt::MatchCaseSensitive);
+}
 
-/// Finds entries by any part of their text. What is typed and is no entry is given up.
+} // namespace
+
 void makeSearchable(QComboBox& list)
 {
     list.setEditable(true);
@@ -33,7 +39,10 @@ void makeSearchable(QComboBox& list)
     });
 }
 
-} // namespace
+void chooseLastCompany(const MMain& main, QComboBox& companies)
+{
+    companies.setCurrentIndex(entryOf(companies, main.remembered.value(Remembered::lastCompany).toString()));
+}
 
 SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidget(parent), m_main(main)
 {
@@ -52,17 +61,21 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
         label->setBuddy(filter);
         layout->addRow(label, filter);
         m_filters << filter;
-        connect(filter, &QComboBox::activated, this,
-                [this, list] { reportFailures(m_main, [this, list] { chosen(list); }); });
+        connect(filter, &QComboBox::activated, this, [this, list] {
+            reportFailures(m_main, [this, list] {
+                const WaitCursor waiting;
+                chosen(list);
+            });
+        });
     }
     fill(1, companies(m_main));
 }
 
 void SelectionPanel::chooseLast()
 {
-    const QString equipment = m_main.remembered.value(lastEquipment).toString();
+    const QString equipment = m_main.remembered.value(Remembered::lastEquipment).toString();
     reportFailures(m_main, [&] {
-        if (choose(1, m_main.remembered.value(lastCompany).toString()))
+        if (choose(1, m_main.remembered.value(Remembered::lastCompany).toString()))
             choose(2, equipment);
     });
 }
@@ -70,10 +83,9 @@ void SelectionPanel::chooseLast()
 /// Chooses the entry of that code, if there is one, as a user would.
 bool SelectionPanel::choose(int list, const QString& wanted)
 {
-    if (wanted.isEmpty() || list > m_filters.size())
+    if (list > m_filters.size())
         return false;
-    const int entry = m_filters[list - 1]->findText(ListEntry{wanted, {}}.text(),
-                                                    Qt::MatchStartsWith | Qt::MatchCaseSensitive);
+    const int entry = entryOf(*m_filters[list - 1], wanted);
     if (entry < 0)
         return false;
     m_filters[list - 1]->setCurrentIndex(entry);
@@ -115,7 +127,7 @@ void SelectionPanel::chosen(int list)
 {
     switch (list) {
     case 1:
-        m_main.remembered.set(lastCompany, company());
+        m_main.remembered.set(Remembered::lastCompany, company());
         for (int later = 2; later <= m_filters.size(); ++later)
             clear(later);
         Q_EMIT companyChosen();
@@ -123,7 +135,7 @@ void SelectionPanel::chosen(int list)
             fill(2, modelsOf(m_main, company()));
         break;
     case 2:
-        m_main.remembered.set(lastEquipment, equipment());
+        m_main.remembered.set(Remembered::lastEquipment, equipment());
         Q_EMIT equipmentChosen();
         break;
     case 3:

@@ -10,6 +10,12 @@
 
 namespace velmora {
 
+/// Finds entries by any part of their text. What is typed and is no entry is given up.
+void makeSearchable(QComboBox& list);
+
+/// Chooses the company that was chosen last in any window; none where it is not offered.
+void chooseLastCompany(const MMain& main, QComboBox& companies);
+
 /// Up to four drop-down lists, `Filter` 1 to 4: company, model, first phone, last phone. Choosing an entry
 /// refills the lists after it. Each list shows nothing until something is chosen.
 class SelectionPanel : public QWidget {
@@ -24,6 +30,8 @@ public:
     QString phoneFrom() const { return code(3); }
     QString phoneTo() const { return code(4); }
 
+    /// Chooses the company, if it is offered.
+    void chooseCompany(const QString& company) { choose(1, company); }
     /// Chooses the company and the model that were chosen last in any window, as far as they are offered.
     void chooseLast();
     /// Empties and disables the lists of phones.

@@ -1,5 +1,6 @@
 // The table editor without its window: rights, passwords, statements, pick lists, the order of entry, the
 // record model and the layout.
+#include "common/texts/folded_text.h"
 #include "editor/list/record_model.h"
 #include "editor/record/pick_list.h"
 #include "editor/record/record_form.h"
@@ -98,6 +99,10 @@ private Q_SLOTS:
     void writesThisRecordOrNone();
     void writesApostrophes();
     void sortsAndFindsRecords();
+    void foldsTexts_data();
+    void foldsTexts();
+    void searchesRecords();
+    void describesCodes();
     void laysOut_data();
     void laysOut();
 
@@ -413,6 +418,86 @@ void tst_editor::sortsAndFindsRecords()
     model.append({{u"a"_s, u"bc"_s, u"x"_s}, {u"ab"_s, u"c"_s, u"y"_s}});
     QCOMPARE(model.find({u"ab"_s, u"c"_s, u"other"_s}), std::optional(1));
     QCOMPARE(model.find({u"a"_s, u"bc"_s, u"x"_s}, 1), std::nullopt);
+}
+
+void tst_editor::foldsTexts_data()
+{
+    columns<QString, QString>("text", "folded");
+    row("accents, composed or not", "Chloé DUBOIS cafe\u0301", "chloe dubois cafe");
+    row("letters of their own", "Sørensen Łódź Œuf", "sorensen lodz oeuf");
+    row("a typographic apostrophe", "O’Neil", "o'neil");
+    row("beyond 16 bits", "Straße \U0001F4DE", "strasse \U0001F4DE");
+}
+
+void tst_editor::foldsTexts()
+{
+    QFETCH(QString, text);
+    QTEST(foldedText(text), "folded");
+}
+
+void tst_editor::searchesRecords()
+{
+    RecordModel model(QLocale(u"en"_s));
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.reset({u"one"_s, u"two"_s}, {true, false});
+    model.append({{u"a"_s, u"Hall"_s}, {u"b"_s, u"Shop"_s}, {u"c"_s, u"Hall"_s}});
+    const QPersistentModelIndex shown = model.index(2, 0);
+    const QPersistentModelIndex hidden = model.index(1, 0);
+    const auto keys = [&model] {
+        QString all;
+        for (int row = 0; row < model.rowCount(); ++row)
+            all += model.record(row)[0];
+        return all;
+    };
+    model.search(foldedWords(u" HALL "_s));
+    QCOMPARE(keys(), u"ac"_s);
+    QCOMPARE(shown.row(), 1);
+    QVERIFY(!hidden.isValid());
+    model.append({{u"d"_s, u"Desk"_s}, {u"e"_s, u"hall"_s}});
+    model.sort(0, Qt::DescendingOrder);
+    QCOMPARE(keys(), u"eca"_s);
+    QCOMPARE(model.find({u"d"_s, {}}), std::nullopt);
+    model.removeRows(1, 1);
+    model.search(foldedWords(u"a l"_s)); // both in one record, anywhere
+    QCOMPARE(keys(), u"ea"_s);
+    model.search({});
+    QCOMPARE(keys(), u"edba"_s);
+}
+
+void tst_editor::describesCodes()
+{
+    for (const auto& [code, name] : {std::pair(u"C1"_s, u"One"_s), {u"C2"_s, u"Two"_s}, {u"O'N"_s, u"x"_s}})
+        m_database->main.connection.execute(u"INSERT INTO COMPANY VALUES(?, ?)"_s, {code, name});
+    setting(u"$$PHONES"_s, u"L_CO_CODE"_s, u"SELECT CO_CODE FROM COMPANY"_s);
+    setting(u"$$PHONES"_s, u"L_PH_CODE"_s, u"SELECT '1', CO_DESC FROM COMPANY WHERE CO_CODE = &CO_CODE"_s);
+    setting(u"$$PHONES"_s, u"L_EQ_CODE"_s, u"SELECT 'G', 'desk' FROM NOWHERE"_s);
+    setting(u"$$PHONES"_s, u"L_PH_DESC"_s, u"DELETE FROM COMPANY"_s);
+    setting(u"$$PHONES"_s, u"L_PH_MAC"_s, u"SELECT '', 'none' UNION SELECT '1', 'first'"_s);
+    RecordDescriptions descriptions(describeTable(m_database->main, u"PHONES"_s));
+    const auto of = [&](const QString& company) {
+        const QStringList record = {company, u"1"_s, u"G"_s, u"x"_s, u""_s};
+        descriptions.learn(m_database->main, record);
+        QStringList texts;
+        for (int column = 0; column < 5; ++column)
+            texts << descriptions.description(record, column).text;
+        return texts.join(u'|');
+    };
+    QCOMPARE(of(u"C1"_s), u"|One|||none"_s);
+    QCOMPARE(of(u"C2"_s), u"|Two|||none"_s);
+    QCOMPARE(of(u"O'N"_s), u"||||none"_s);
+    QCOMPARE(m_database->value(u"SELECT COUNT(*) FROM COMPANY"_s), u"3"_s);
+    QCOMPARE(m_database->user.shown, QStringList());
+
+    // What they stand for decides where codes are the same.
+    RecordModel model(QLocale(u"en"_s));
+    model.reset({5, u"caption"_s}, {true, true, false, false, false},
+                RecordDescriptions(describeTable(m_database->main, u"PHONES"_s)));
+    model.append({{u"C2"_s, u"1"_s, {}, {}, {}}, {u"C1"_s, u"1"_s, {}, {}, {}}});
+    model.learnDescriptions(m_database->main);
+    model.sort(1, Qt::AscendingOrder);
+    QCOMPARE(model.record(0)[0], u"C1"_s);
+    model.search({u"two"_s});
+    QCOMPARE(model.index(0, 1).data(RecordModel::descriptionRole).toString(), u"Two"_s);
 }
 
 void tst_editor::laysOut_data()

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void reportsAFailingAction();
     void stopsARunBeforeItQuits();
     void remembersItsWindows();
+    void opensChildrenInside();
     void startsWithWhatCanBeDone();
     void showsTheCompaniesAnew();
     void offersLanguages();
@@ -191,6 +192,28 @@ void tst_FMain::remembersItsWindows()
     }
 }
 
+/// Kept in a larger window; and one that is wider than the frame is scrolled, not cut off.
+void tst_FMain::opensChildrenInside()
+{
+    for (const int least : {100, 800}) {
+        m_database->main.remembered.set(u"Child"_s, QRect(900, 900, 900, 700));
+        FMain window(m_database->main);
+        window.resize(500, 400);
+        window.show();
+        window.showChild(u"Child"_s, [least] {
+            auto* child = new QWidget;
+            child->setObjectName(u"Child"_s);
+            child->setMinimumSize(least, 50);
+            return child;
+        });
+        const auto* child = window.findChild<QMdiSubWindow*>();
+        const QRect frame = child->parentWidget()->rect();
+        QCOMPARE(frame.contains(child->geometry()), least == 100);
+        QVERIFY(child->y() >= 0 && child->height() <= frame.height() && child->x() <= 0);
+        QVERIFY(child->widget()->width() >= least);
+    }
+}
+
 /// The keyboard is on the start page when the program starts and when the last child is closed.
 void tst_FMain::startsWithWhatCanBeDone()
 {
@@ -244,6 +267,21 @@ void tst_FMain::showsTheCompaniesAnew()
     }
     QCOMPARE(shown, QStringList({u"Company|Name of the company|Phones|\u2013|GXP2000|PAP2"_s,
                                  u"ALBA|Alba|0|||"_s, u"LUNA|company|3|1|1|1"_s}));
+
+    QStringList opened;
+    window.setActions(
+        {{u"Ranges"_s, [&] { opened << u"Ranges"_s; }}, {u"Reboot"_s, [&] { opened << u"Reboot"_s; }}});
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Return})
+        QTest::keyClick(companies, key);
+    QCOMPARE(opened, QStringList({u"Ranges"_s, u"Reboot"_s}));
+    const Remembered& remembered = m_database->main.remembered;
+    QCOMPARE(remembered.value(Remembered::lastCompany), u"LUNA"_s);
+    QVERIFY(!remembered.value(Remembered::lastEquipment).isValid());
+    const QPoint ofModel = companies->visualRect(companies->model()->index(1, 4)).center();
+    QTest::mouseClick(companies->viewport(), Qt::LeftButton, {}, ofModel);
+    QTest::mouseDClick(companies->viewport(), Qt::LeftButton, {}, ofModel);
+    QCOMPARE(opened.size(), 3);
+    QCOMPARE(remembered.value(Remembered::lastEquipment), u"GXP2000"_s);
 
     showChild(window);
     m_database->run(u"ALTER TABLE PHONES RENAME TO GONE"_s);

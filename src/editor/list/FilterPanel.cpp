@@ -1,7 +1,8 @@
 #include "editor/list/FilterPanel.h"
 
+#include "windows/SearchableList.h"
+
 #include <QEvent>
-#include <QListView>
 #include <QStringListModel>
 
 #include <algorithm>
@@ -46,7 +47,7 @@ void FilterPanel::show(const TableDescription& table, const QList<QStringList>& 
 
 FilterPanel::Row FilterPanel::addRow(const QString& caption, const QStringList& values)
 {
-    const Row row{new QLabel(caption, this), new QComboBox(this)};
+    const Row row{new QLabel(caption, this), new SearchableList(this)};
     const QString number = u"_%1"_s.arg(m_rows.size() + 1);
     row.label->setObjectName("FLab"_L1 + number);
     row.label->setTextFormat(Qt::PlainText);
@@ -55,10 +56,6 @@ FilterPanel::Row FilterPanel::addRow(const QString& caption, const QStringList& 
     row.filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     row.filter->setFocusPolicy(Qt::StrongFocus);
     row.filter->installEventFilter(this);
-    // A column may have a hundred thousand values.
-    auto* list = new QListView;
-    list->setUniformItemSizes(true);
-    row.filter->setView(list);
     row.filter->setModel(new QStringListModel(QStringList(m_allText) + values, row.filter));
     row.label->show();
     row.filter->show();

@@ -16,11 +16,26 @@ RecordCount::RecordCount(MMain& main, const TablePane& pane, QWidget* parent)
       m_oneText(main.messageLine(u"M316"_s)),
       m_readText(main.messageLine(u"M209"_s, u"$$"_s)),
       m_loadingText(main.messageLine(u"M210"_s, u"$$"_s)),
-      m_stoppedText(main.messageLine(u"M211"_s, u"$$"_s))
+      m_stoppedText(main.messageLine(u"M211"_s, u"$$"_s)),
+      m_foundText(main.messageLine(u"M340"_s)),
+      m_foundSoFarText(main.messageLine(u"M341"_s)),
+      m_foundStoppedText(main.messageLine(u"M342"_s))
 {
     connect(&pane, &TablePane::tableChanged, this, &RecordCount::count);
     connect(&pane.list(), &RecordView::loaded, this, &RecordCount::count);
     connect(&pane.list().records(), &QAbstractItemModel::rowsRemoved, this, &RecordCount::count);
+}
+
+const QString& RecordCount::pattern() const
+{
+    const RecordView& list = m_pane.list();
+    if (list.records().isSearching())
+        return list.isLoading() ? m_foundSoFarText : list.wasStopped() ? m_foundStoppedText : m_foundText;
+    if (list.isLoading())
+        return m_loadingText;
+    if (list.wasStopped())
+        return m_stoppedText;
+    return list.records().rowCount() == 1 ? m_oneText : m_readText;
 }
 
 void RecordCount::count()
@@ -29,14 +44,10 @@ void RecordCount::count()
         clear();
         return;
     }
-    RecordView& list = m_pane.list();
-    const QString number = QLocale(m_main.language.toLower()).toString(list.records().rowCount());
-    const bool isOne = list.records().rowCount() == 1 && !list.isLoading() && !list.wasStopped();
-    const QString& text = isOne               ? m_oneText
-                          : list.isLoading()  ? m_loadingText
-                          : list.wasStopped() ? m_stoppedText
-                                              : m_readText;
-    setText(QString(text).replace("$$"_L1, number));
+    const QLocale language(m_main.language.toLower());
+    const QString all = language.toString(m_pane.list().records().recordCount());
+    const QString shown = language.toString(m_pane.list().records().rowCount());
+    setText(QString(pattern()).replace("$$"_L1, all).replace("%1"_L1, shown).replace("%2"_L1, all));
 }
 
 } // namespace velmora

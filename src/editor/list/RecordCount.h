@@ -18,6 +18,7 @@ public:
 
 private:
     void count();
+    const QString& pattern() const;
 
     MMain& m_main;
     const TablePane& m_pane;
@@ -26,6 +27,10 @@ private:
     QString m_readText;
     QString m_loadingText;
     QString m_stoppedText;
+    /// The same while something is searched for. "%1" stands for the number of what is found, "%2" for all.
+    QString m_foundText;
+    QString m_foundSoFarText;
+    QString m_foundStoppedText;
 };
 
 } // namespace velmora

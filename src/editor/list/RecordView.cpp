@@ -1,6 +1,8 @@
 #include "editor/list/RecordView.h"
 
 #include "common/MMain.h"
+#include "common/texts/folded_text.h"
+#include "editor/list/DescriptionDelegate.h"
 #include "editor/window/editor_layout.h"
 #include "windows/failure_report.h"
 
@@ -10,6 +12,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +27,8 @@ constexpr qint64 eventInterval = 15;
 constexpr size_t firstRows = 200;
 /// What a column is wider than its text, in twips.
 constexpr int columnMargin = 300;
+/// How much of the descriptions stays in sight in a table that is too wide anyway.
+constexpr double leastDescriptionShare = 0.3;
 
 } // namespace
 
@@ -38,6 +43,7 @@ RecordView::RecordView(MMain& main, QWidget* parent)
     setEditTriggers(NoEditTriggers);
     setHorizontalScrollMode(ScrollPerPixel);
     setTabKeyNavigation(false);
+    setItemDelegate(new DescriptionDelegate(this));
     header()->setSectionsClickable(true);
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(true);
@@ -49,7 +55,7 @@ RecordView::RecordView(MMain& main, QWidget* parent)
         m_userWidths.insert(column, width);
         m_newWidths.insert(column);
     });
-    connect(&m_reading, &QTimer::timeout, this, [this] { reportFailures(m_main, [this] { readSome(); }); });
+    connect(&m_reading, &QTimer::timeout, this, [this] { reportFailures(m_main, [this] { goOn(); }); });
     for (ushort character = 0; character < 256; ++character)
         m_advances.push_back(QFontMetricsF(font()).horizontalAdvance(QChar(character)));
 }
@@ -63,8 +69,11 @@ void RecordView::setTable(const TableDescription& table)
 {
     stopLoading();
     m_stopped = false;
+    m_undescribed = false;
     m_lastSortColumn.reset();
     m_wanted.reset();
+    m_widths.clear();
+    m_besideWidths.clear();
     keepWidths();
     findWidths(table);
     header()->setSortIndicatorShown(false);
@@ -75,7 +84,7 @@ void RecordView::setTable(const TableDescription& table)
         keys << column.key;
     }
     m_settingWidth = true;
-    m_records->reset(captions, keys);
+    m_records->reset(captions, keys, RecordDescriptions(table));
     m_settingWidth = false;
 }
 
@@ -87,12 +96,14 @@ void RecordView::clear()
     m_wantedRow.reset();
     m_sorted = false;
     header()->setSortIndicatorShown(false);
-    m_records->removeRows(0, m_records->rowCount());
+    m_records->clear();
     m_widths.clear();
+    m_besideWidths.assign(static_cast<size_t>(m_records->columnCount()), {});
     for (int column = 0; column < m_records->columnCount(); ++column) {
         const QString caption = m_records->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-        m_widths.push_back(fontMetrics().horizontalAdvance(caption) + fromTwips(columnMargin, logicalDpiX()));
-        setWidth(column, m_widths.back());
+        m_widths.push_back(
+            {fontMetrics().horizontalAdvance(caption) + fromTwips(columnMargin, logicalDpiX()), {}});
+        setWidth(column, m_widths.back().needed);
     }
     Q_EMIT loaded();
 }
@@ -102,9 +113,9 @@ void RecordView::load(const QString& statement)
     clear(); // whether or not the statement fails
     m_main.sqlText = statement;
     m_cursor = std::make_unique<Cursor>(m_main.connection.cursor(statement));
+    m_undescribed = true;
     readSome();
-    if (isLoading())
-        m_reading.start(0);
+    m_reading.start(0);
 }
 
 bool RecordView::stopLoading()
@@ -117,12 +128,39 @@ bool RecordView::stopLoading()
     return true;
 }
 
+void RecordView::goOn()
+{
+    if (m_undescribed)
+        describeFirst();
+    else if (isLoading())
+        readSome();
+    if (!isLoading())
+        m_reading.stop();
+}
+
+/// What codes stand for is read after the first rows have been painted, which are there the sooner for it.
+void RecordView::describeFirst()
+{
+    m_undescribed = false;
+    m_records->learnDescriptions(m_main);
+    std::vector<QStringList> records;
+    for (int row = 0; row < m_records->rowCount(); ++row)
+        records.push_back(m_records->record(row));
+    growColumns(records);
+    if (m_sorted && !isLoading())
+        m_records->sort(*m_lastSortColumn, m_sortOrder);
+}
+
 void RecordView::readSome()
 {
     const int before = m_records->rowCount();
+    const bool isFirst = m_records->recordCount() == 0;
     std::vector<QStringList> records;
     try {
-        records = nextRecords(eventInterval, before == 0 ? firstRows : SIZE_MAX);
+        records = nextRecords(eventInterval, isFirst ? firstRows : SIZE_MAX);
+        if (!isFirst)
+            for (const QStringList& record : records)
+                m_records->descriptions().learn(m_main, record);
     } catch (...) {
         stopLoading();
         throw;
@@ -226,8 +264,14 @@ std::vector<QStringList> RecordView::nextRecords(qint64 milliseconds, size_t atM
 
 void RecordView::endReading()
 {
-    m_reading.stop();
     m_cursor.reset();
+}
+
+void RecordView::search(const QString& text)
+{
+    m_records->search(foldedWords(text));
+    scrollTo(currentIndex());
+    Q_EMIT loaded();
 }
 
 int RecordView::selectedRow() const
@@ -244,6 +288,13 @@ QStringList RecordView::selectedRecord() const
 void RecordView::selectRow(int row)
 {
     setCurrentIndex(m_records->index(row, 0));
+}
+
+void RecordView::takeFocus()
+{
+    setFocus();
+    if (selectedRow() < 0 && m_records->rowCount() > 0)
+        selectRow(0);
 }
 
 void RecordView::selectRecord(const QStringList& values)
@@ -271,6 +322,7 @@ void RecordView::currentChanged(const QModelIndex& current, const QModelIndex& p
 
 void RecordView::updateRecord(int row, const QStringList& values)
 {
+    m_records->descriptions().learn(m_main, values);
     growColumns({values});
     m_records->update(row, values);
 }
@@ -287,21 +339,56 @@ void RecordView::sortBy(int column)
     scrollTo(currentIndex());
 }
 
-/// Widens the columns for those texts. Only a text that may be too wide for its column is measured.
+/// Widens the columns for those records.
 void RecordView::growColumns(const std::vector<QStringList>& records)
 {
     const int margin = fromTwips(columnMargin, logicalDpiX());
-    std::vector<int> widths = m_widths;
+    const RecordDescriptions& descriptions = m_records->descriptions();
+    bool wider = false;
     for (const QStringList& values : records)
-        for (size_t column = 0; column < widths.size(); ++column) {
-            const QString& text = values[static_cast<qsizetype>(column)];
-            if (widthBound(text) + margin > widths[column])
-                widths[column] = std::max(widths[column], fontMetrics().horizontalAdvance(text) + margin);
+        for (size_t column = 0; column < m_widths.size(); ++column) {
+            const int place = static_cast<int>(column);
+            wider |= grow(m_widths[column], values[place], margin);
+            if (descriptions.describes(place))
+                wider |= grow(m_besideWidths[column], descriptions.description(values, place).text,
+                              DescriptionDelegate::gap);
         }
-    for (size_t column = 0; column < widths.size(); ++column)
-        if (widths[column] > m_widths[column])
-            setWidth(static_cast<int>(column), widths[column]);
-    m_widths = std::move(widths);
+    if (wider)
+        showWidths();
+}
+
+/// Makes the width great enough for a text, and says whether it was not. Only a text that may be too wide is
+/// measured, and only once.
+bool RecordView::grow(Width& width, const QString& text, int margin) const
+{
+    if (qRound(widthBound(text)) + margin <= width.needed || width.measured.contains(text))
+        return false;
+    const int before = width.needed;
+    width.needed = std::max(before, fontMetrics().horizontalAdvance(text) + margin);
+    width.measured.insert(text);
+    return width.needed > before;
+}
+
+/// Gives the columns their widths. Where descriptions would drive other columns out of sight, they are cut.
+void RecordView::showWidths()
+{
+    const auto sum = [](const std::vector<Width>& widths) {
+        return std::accumulate(widths.begin(), widths.end(), 0,
+                               [](int before, const Width& width) { return before + width.needed; });
+    };
+    const int codes = sum(m_widths);
+    const int beside = sum(m_besideWidths);
+    const double share =
+        std::clamp(double(viewport()->width() - codes) / std::max(beside, 1), leastDescriptionShare, 1.0);
+    for (size_t column = 0; column < m_widths.size(); ++column)
+        setWidth(static_cast<int>(column),
+                 m_widths[column].needed + static_cast<int>(m_besideWidths[column].needed * share));
+}
+
+void RecordView::resizeEvent(QResizeEvent* event)
+{
+    QTreeView::resizeEvent(event);
+    showWidths();
 }
 
 /// An upper bound of the text's width: kerning can only make it narrower.

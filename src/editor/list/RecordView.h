@@ -35,12 +35,17 @@ public:
     bool isLoading() const { return m_cursor != nullptr; }
     bool wasStopped() const { return m_stopped; }
 
-    RecordModel& records() { return *m_records; }
+    /// Shows only the records in which each word of the text is found.
+    void search(const QString& text);
+
+    RecordModel& records() const { return *m_records; }
     /// The selected row; -1 when there is none.
     int selectedRow() const;
     /// The values of the selected row.
     QStringList selectedRecord() const;
     void selectRow(int row);
+    /// Takes the keyboard, on the first record where none is selected.
+    void takeFocus();
     /// Selects the record with the key of `values`, as soon as it has been read.
     void selectRecord(const QStringList& values);
     /// Gives up selecting a record that has not been read yet.
@@ -65,10 +70,13 @@ Q_SIGNALS:
     void loaded();
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
+    void goOn();
     void readSome();
+    void describeFirst();
     std::vector<QStringList> nextRecords(qint64 milliseconds, size_t atMost);
     void endReading();
     void showPlace();
@@ -76,7 +84,15 @@ private:
     void findWidths(const TableDescription& table);
     void keepWidths();
     void selectWanted(int firstRow);
+    struct Width {
+        int needed = 0;
+        /// The texts that have been measured for it.
+        QSet<QString> measured;
+    };
+
+    bool grow(Width& width, const QString& text, int margin) const;
     void growColumns(const std::vector<QStringList>& records);
+    void showWidths();
     double widthBound(const QString& text) const;
 
     MMain& m_main;
@@ -84,13 +100,17 @@ private:
     std::unique_ptr<Cursor> m_cursor;
     QTimer m_reading;
     bool m_stopped = false;
+    /// Whether the rows that have been shown first still lack their descriptions.
+    bool m_undescribed = false;
     std::optional<QStringList> m_wanted;
     /// The first row to be shown once all are read.
     std::optional<int> m_wantedRow;
     std::optional<int> m_lastSortColumn;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     bool m_sorted = false;
-    std::vector<int> m_widths;
+    /// The width that each column needs for its texts, and for what stands beside them.
+    std::vector<Width> m_widths;
+    std::vector<Width> m_besideWidths;
     /// Where the width is kept that the user has given to each column.
     QStringList m_widthNames;
     /// The widths that the user has given to columns, and those of them that are not kept yet.

@@ -1,5 +1,7 @@
 #include "editor/panel/RecordPanel.h"
 
+#include "windows/SearchableList.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QSignalBlocker>
@@ -64,7 +66,7 @@ void RecordPanel::clear()
 RecordPanel::Row RecordPanel::addRow(qsizetype field)
 {
     const RecordField& shown = m_form->fields()[field];
-    const Row row{new QLabel(shown.caption, widget()), new QLineEdit(widget()), new QComboBox(widget())};
+    const Row row{new QLabel(shown.caption, widget()), new QLineEdit(widget()), new SearchableList(widget())};
     const QString number = u"_%1"_s.arg(field + 1);
     row.label->setObjectName("Label"_L1 + number);
     row.label->setTextFormat(Qt::PlainText);

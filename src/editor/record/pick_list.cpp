@@ -39,6 +39,15 @@ QStringList pickListStatements(MMain& main, const TableDescription& table)
     return statements;
 }
 
+QStringList placeholderColumns(const QString& statement)
+{
+    QStringList columns;
+    for (qsizetype start = statement.indexOf(u'&'); start >= 0; start = statement.indexOf(u'&', start + 1))
+        columns << statement.sliced(start + 1, endOfPlaceholder(statement, start) - start - 1);
+    columns.removeDuplicates();
+    return columns;
+}
+
 QString substitutePlaceholders(const QString& statement, const QList<RecordField>& fields)
 {
     QString result;

@@ -11,6 +11,9 @@ class MMain;
 /// The pick-list statement of each column of the table, in table order; an empty text for free text.
 QStringList pickListStatements(MMain& main, const TableDescription& table);
 
+/// The columns that the placeholders of a pick-list statement name.
+QStringList placeholderColumns(const QString& statement);
+
 /// Replaces the placeholders of a pick-list statement: "&" and a column name, ended by a blank, a ")", a "'"
 /// or the end of the text. A free-text field gives its text as it stands, a drop-down its code between
 /// quotes. Throws DatabaseError for a column that is not among the fields.

@@ -22,6 +22,8 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
       pane(new TablePane(main, &window)),
       list(&pane->list()),
       actions(new RecordActions(main, *list)),
+      transfer(new TransferActions(main, *pane)),
+      find(new FindBox(main.textOr(u"FPARAMETERS_FIND"_s, u"Find (Ctrl+F)"_s))),
       panel(new RecordPanel(&window)),
       ok(new QPushButton(&window)),
       cancel(new QPushButton(u"Cancel"_s, &window)),
@@ -30,7 +32,8 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
     auto* layout = new QHBoxLayout(m_topRow);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(actions);
-    layout->addStretch();
+    layout->addWidget(find, 1);
+    layout->addWidget(transfer);
     layout->addWidget(new RecordCount(main, *pane));
     ok->setObjectName(u"Ok"_s);
     ok->setDefault(true);
@@ -75,7 +78,9 @@ void EditorControls::SortTabFields() const
 {
     QList<QWidget*> controls = m_window.findChildren<QWidget*>();
     controls.removeIf([this](const QWidget* control) {
-        return !control->isVisibleTo(&m_window) || !(control->focusPolicy() & Qt::TabFocus);
+        // The import, which stands over it, has an order of its own.
+        return !control->isVisibleTo(&m_window) || control->window() != m_window.window() ||
+               !(control->focusPolicy() & Qt::TabFocus);
     });
     const auto position = [this](const QWidget* control) {
         // In a very low window list and fields lie out of sight, where their tops say nothing.

@@ -3,7 +3,9 @@
 
 #include "editor/list/TablePane.h"
 #include "editor/panel/RecordPanel.h"
+#include "editor/transfer/window/TransferActions.h"
 #include "editor/window/ErrorLine.h"
+#include "editor/window/FindBox.h"
 #include "editor/window/RecordActions.h"
 #include "editor/window/TabStrip.h"
 
@@ -24,6 +26,8 @@ public:
     TablePane* const pane;
     RecordView* const list;
     RecordActions* const actions;
+    TransferActions* const transfer;
+    FindBox* const find;
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;

@@ -6,9 +6,9 @@
 #include "editor/window/editor_layout.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QShortcut>
 
@@ -23,13 +23,18 @@ constexpr int sortKeys = 9;
 
 } // namespace
 
-FParameters::FParameters(MMain& main, QWidget* parent) : QWidget(parent), m_main(main), m_ui(main, *this)
+FParameters::FParameters(MMain& main, QWidget* parent)
+    : QWidget(parent),
+      m_main(main),
+      m_ui(main, *this),
+      m_showStatus(new QAction(main.textOr(u"FPARAMETERS_SHOWSTATUS"_s, u"Show status"_s), this))
 {
     setObjectName(u"FParameters"_s);
     setWindowTitle(u"Velmora Configuration"_s);
     translate();
     connectTable();
     connectRecord();
+    connectTransfer();
     connectKeys();
     closePanel();
 }
@@ -62,6 +67,8 @@ void FParameters::connectTable()
         enableControls();
     });
     connect(m_ui.list, &RecordView::loaded, this, &FParameters::enableControls);
+    connect(m_ui.find, &QLineEdit::textChanged, m_ui.list, &RecordView::search);
+    connect(m_ui.find, &FindBox::left, m_ui.list, [this] { m_ui.list->takeFocus(); });
     connect(&m_ui.pane->filters(), &FilterPanel::chosen, m_ui.error, &QWidget::hide);
     connect(m_ui.list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &FParameters::enableControls);
@@ -80,9 +87,21 @@ void FParameters::connectRecord()
         if (!editing())
             m_ui.actions->popup(position);
     });
+    m_showStatus->setShortcut(Qt::CTRL | Qt::Key_I);
+    m_showStatus->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(m_showStatus);
+    m_ui.actions->addToPopup(m_showStatus);
+    connect(m_showStatus, &QAction::triggered, this, &FParameters::askForStatus);
     connect(m_ui.panel, &RecordPanel::changed, this, &FParameters::enableControls);
     connect(m_ui.ok, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { write(); }); });
     connect(m_ui.cancel, &QPushButton::clicked, this, &FParameters::closePanel);
+}
+
+void FParameters::connectTransfer()
+{
+    connect(m_ui.transfer, &TransferActions::told, m_ui.error, &ErrorLine::tell);
+    connect(m_ui.transfer, &TransferActions::written, this,
+            [this] { reportFailures(m_main, [this] { refresh(); }); });
 }
 
 void FParameters::connectKeys()
@@ -91,6 +110,10 @@ void FParameters::connectKeys()
         connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, this,
                 handler);
     };
+    onKey(Qt::Key_F, [this] {
+        if (m_ui.find->isEnabled())
+            m_ui.find->begin();
+    });
     onKey(Qt::Key_PageDown, [this] { goToTab(m_ui.strip->currentIndex() + 1); });
     onKey(Qt::Key_PageUp, [this] { goToTab(m_ui.strip->currentIndex() - 1); });
     for (int column = 0; column < sortKeys; ++column)
@@ -109,11 +132,52 @@ void FParameters::selectFirstTab()
     m_ui.strip->setCurrentIndex(0);
 }
 
+void FParameters::showRecord(const QString& table, const QHash<QString, QString>& key)
+{
+    const int tab = m_ui.strip->tabOf(table);
+    if (editing() || tab < 0)
+        return;
+    m_ui.strip->setCurrentIndex(tab);
+    if (!m_ui.pane->isOpen())
+        return;
+    QStringList values;
+    for (const TableColumn& column : m_ui.pane->table().columns)
+        values << key.value(column.name);
+    // The neighbours stay: the other parameters of the model or phone.
+    QList<KeyFilter> filters;
+    for (const QString& column : m_ui.pane->table().keys)
+        filters << (column == "PA_CODE"_L1 ? KeyFilter() : KeyFilter{column, -1, key.value(column)});
+    reportFailures(m_main, [&] {
+        m_ui.pane->FormList(filters);
+        m_ui.list->selectRecord(values);
+    });
+    m_ui.list->setFocus();
+}
+
+/// Of the selected phone.
+void FParameters::askForStatus()
+{
+    const TableDescription& table = m_ui.pane->table();
+    const QStringList values = m_ui.list->selectedRecord();
+    if (table.name != "PHONES"_L1 || values.isEmpty())
+        return;
+    const auto valueOf = [&](QLatin1StringView column) {
+        for (qsizetype place = 0; place < table.columns.size(); ++place)
+            if (table.columns[place].name == column)
+                return values.value(place);
+        return QString();
+    };
+    Q_EMIT statusWanted(valueOf("CO_CODE"_L1), valueOf("PH_CODE"_L1));
+}
+
 void FParameters::chooseTab()
 {
+    const WaitCursor waiting;
     m_ui.error->hide();
+    m_ui.find->clear();
     const TableTab& tab = m_ui.strip->currentTab();
     setWindowTitle("Configuration - "_L1 + tab.caption);
+    m_ui.list->setAccessibleName(tab.caption);
     // Before anything is asked: whatever fails below, nothing of the table before may stay.
     m_ui.pane->setTable(tab.table);
     if (!m_ui.pane->askPassword())
@@ -123,6 +187,7 @@ void FParameters::chooseTab()
 
 void FParameters::refresh()
 {
+    const WaitCursor waiting;
     if (m_ui.pane->isOpen()) {
         m_ui.error->hide();
         m_ui.pane->refresh();
@@ -142,6 +207,7 @@ void FParameters::edit(RecordMode mode)
     const int row = m_ui.list->selectedRow();
     if (editing() || (mode != RecordMode::Insert && row < 0))
         return;
+    const WaitCursor waiting;
     m_ui.error->hide();
     m_ui.list->selectNothingLater();
     m_editedRow = m_ui.list->currentIndex();
@@ -164,10 +230,8 @@ void FParameters::write()
     const RecordForm form = *m_ui.panel->form();
     // An engine may refuse to write while a reading that began before another user's writing goes on.
     const bool wasLoading = m_ui.list->stopLoading();
-    // Another program may keep the database from being written for a while.
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const WaitCursor waiting;
     const QString failure = writeRecord(m_main, form);
-    QGuiApplication::restoreOverrideCursor();
     if (failure.isEmpty()) {
         finishWriting(form, wasLoading);
         return;
@@ -181,8 +245,11 @@ void FParameters::write()
 void FParameters::finishWriting(const RecordForm& written, bool reload)
 {
     closePanel();
-    if (written.mode() == RecordMode::Insert)
+    if (written.mode() == RecordMode::Insert) {
         tellIfHidden(written.values());
+        if (!m_ui.list->records().finds(written.values()))
+            m_ui.find->clear();
+    }
     m_ui.pane->showWritten(written, m_editedRow.row(), reload);
 }
 
@@ -234,6 +301,8 @@ void FParameters::keyPressEvent(QKeyEvent* event)
         m_ui.list->stopLoading();
     else if (event->key() == Qt::Key_Escape && editing())
         giveUp();
+    else if (event->key() == Qt::Key_Escape && !m_ui.find->text().isEmpty())
+        m_ui.find->clear();
     else if (event->key() == Qt::Key_F5 && !editing())
         reportFailures(m_main, [this] { refresh(); });
     else
@@ -271,8 +340,12 @@ void FParameters::enableControls()
     const bool running = m_main.batch.running();
     const auto& form = m_ui.panel->form();
     m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedRow() >= 0);
+    m_showStatus->setEnabled(!form && !running && m_ui.pane->table().name == "PHONES"_L1 &&
+                             m_ui.list->selectedRow() >= 0);
+    m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);
+    m_ui.find->setEnabled(!form && m_ui.pane->isOpen());
     m_ui.list->setEnabled(!form || form->mode() == RecordMode::Insert);
     // A batch may be in the middle of a transaction, which the record must not become part of.
     m_ui.ok->setEnabled(form && form->complete() && !running);

@@ -20,6 +20,8 @@ public:
 
     /// Lets them be chosen: those that need a record only where there is one.
     void allow(bool any, bool onRecord);
+    /// Adds what else can be done with a record.
+    void addToPopup(QAction* action) { m_popup->addAction(action); }
     /// Shows the popup, `MnuRecord`, where that place of the list is on a record.
     void popup(const QPoint& position);
 
