@@ -28,6 +28,8 @@ void fill(Connection& database, int phones)
     };
     for (const QString& level : {u"E"_s, u"P"_s})
         add(u"LEVELS"_s, u"'%1', 'level'"_s.arg(level));
+    for (const QString& message : {u"M15"_s, u"M23"_s})
+        add(u"SYSTEM_PARAMETERS"_s, u"'$$DESC_EN', '%1', 'outcome'"_s.arg(message));
     add(u"TYPES"_s, u"'T', 'text'"_s);
     add(u"COMPANY"_s, u"'ACME', 'Acme'"_s);
     add(u"EQUIPMENT"_s, u"'GXP2000', 'Desk phone', 'GRANDSTREAM'"_s);

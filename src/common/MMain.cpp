@@ -94,9 +94,7 @@ QString MMain::GetParameterValue(const QString& code, const QString& macroShownA
         return value.eof() ? refuse(u"M5"_s) : ExpandMacros(value.text(0), MacroContext::Value, macroShownAs);
     }
     if (level == "P"_L1) {
-        const Recordset value =
-            query("SELECT PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
-                  "' AND PH_CODE = '"_L1 + phone.code + "' AND PA_CODE = '"_L1 + code + "'"_L1);
+        const Recordset value = query(phoneValueStatement(phone.company, phone.code, code));
         return value.eof() ? refuse(u"M4"_s) : ExpandMacros(value.text(0), MacroContext::Value, macroShownAs);
     }
     return refuse(level == "D"_L1 ? u"M3"_s : u"M2"_s);
@@ -131,10 +129,20 @@ Phone MMain::currentPhone() const
     return phoneOf(phones);
 }
 
+QString MMain::phoneValueStatement(const QString& company, const QString& phone, const QString& code)
+{
+    return "SELECT PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = '"_L1 + company + "' AND PH_CODE = '"_L1 +
+           phone + "' AND PA_CODE = '"_L1 + code + "'"_L1;
+}
+
 Recordset MMain::query(const QString& statement)
 {
     sqlText = statement;
-    return connection.select(statement);
+    if (!answers)
+        return connection.select(statement);
+    if (const auto known = answers->constFind(statement); known != answers->cend())
+        return *known;
+    return *answers->insert(statement, connection.select(statement));
 }
 
 } // namespace velmora

@@ -62,6 +62,8 @@ public:
     /// (M1 to M5). There is no fall-back from one level to another. A refused macro is a part of the value:
     /// where that is a secret, `macroShownAs` is shown in its place.
     QString GetParameterValue(const QString& code, const QString& macroShownAs = {});
+    /// How it finds a value of a phone.
+    static QString phoneValueStatement(const QString& company, const QString& phone, const QString& code);
 
     /// Expands the phone macro in `value` for the current phone. A refused macro is shown (M6); an unknown
     /// one also sets the stop flag.
@@ -78,8 +80,13 @@ public:
     /// The current row of `phones`. REQUIRES: there is one.
     Phone currentPhone() const;
 
-    /// Keeps the statement as the SQL text and runs it.
+    /// Keeps the statement as the SQL text and runs it, or takes its answer from `answers`.
     Recordset query(const QString& statement);
+
+    /// Answers by statement. Where they are set, a query is asked once and its answer kept there: for as long
+    /// as a run looks up the same for thousands of phones, and nothing else runs.
+    using Answers = QHash<QString, Recordset>;
+    Answers* answers = nullptr;
 };
 
 } // namespace velmora

@@ -26,7 +26,8 @@ HttpExchange::HttpExchange(const MessageTexts& texts, quint16 port, LineSink lin
     m_socket.setProxy(QNetworkProxy::NoProxy);
     connect(&m_socket, &QTcpSocket::readyRead, this, &HttpExchange::receive);
     connect(&m_socket, &QTcpSocket::errorOccurred, this, &HttpExchange::failed);
-    connect(&m_socket, &QTcpSocket::stateChanged, &m_changed, &Wakeup::wake);
+    connect(&m_socket, &QTcpSocket::connected, &m_changed, &Wakeup::wake);
+    connect(&m_socket, &QTcpSocket::disconnected, &m_changed, &Wakeup::wake);
     connect(&m_budget, &QTimer::timeout, &m_changed, &Wakeup::wake);
     connect(&m_grace, &QTimer::timeout, &m_changed, &Wakeup::wake);
 }

@@ -3,6 +3,8 @@
 #include "common/MMain.h"
 #include "platform/open_files.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
@@ -71,6 +73,9 @@ RebootCounts Reboot::run(const RebootRequest& request)
     m_counts = {};
     m_texts.emplace(m_main, RebootProcedures::messages() + messages());
     m_files.emplace(m_main);
+    m_answers.reset();
+    if (request.atOnce > 1)
+        m_answers = answersForVisits(m_main, request.company);
     m_chosen = chosenPhones(m_main, request);
     m_main.phones = m_chosen.rows;
     m_counts.phones = m_chosen.count();
@@ -137,8 +142,10 @@ void Reboot::beginVisit()
 {
     m_report.progress(m_counts.visited, m_counts.phones);
     const Phone phone = m_main.currentPhone();
-    const auto plan =
-        planVisit(m_main, m_request.equipment.isEmpty() ? phone.equipment : m_request.equipment);
+    const auto plan = [&] {
+        const QScopedValueRollback remembering(m_main.answers, m_answers ? &*m_answers : nullptr);
+        return planVisit(m_main, m_request.equipment.isEmpty() ? phone.equipment : m_request.equipment);
+    }();
     if (const auto* none = std::get_if<NoVisit>(&plan)) {
         m_stopFlag = m_stopFlag || none->stopsRun;
         ++m_counts.visited;

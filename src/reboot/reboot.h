@@ -85,6 +85,8 @@ private:
     ChosenPhones m_chosen;
     std::optional<MessageTexts> m_texts;
     std::optional<DeviceFiles> m_files;
+    /// What visits have looked up already. One by one, each asks anew.
+    std::optional<MMain::Answers> m_answers;
     Wakeup m_changed;
     QTimer m_pause;
     QList<Device> m_visits;

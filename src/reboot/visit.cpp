@@ -1,7 +1,5 @@
 #include "reboot/visit.h"
 
-#include "common/MMain.h"
-
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -34,6 +32,23 @@ NoVisit stopAt(MMain& main, const QString& message, const QString& substitution)
 }
 
 } // namespace
+
+MMain::Answers answersForVisits(MMain& main, const QString& company)
+{
+    // Of a phone that has values under two models, the lookups find the first.
+    Cursor values = main.connection.cursor(
+        u"SELECT PH_CODE, PA_CODE, PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = ? AND PA_CODE IN (SELECT "
+        "SY_VALUE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE IN ('$$IP1', '$$IP2', '$$IP3', '$$IP4', '$$EPWD')) "
+        "ORDER BY EQ_CODE"_s,
+        {company});
+    MMain::Answers answers;
+    while (values.next()) {
+        const QString lookup = MMain::phoneValueStatement(company, values.text(0), values.text(1));
+        if (!answers.contains(lookup))
+            answers.insert(lookup, Recordset(u"PA_VALUE"_s, values.text(2)));
+    }
+    return answers;
+}
 
 std::variant<Visit, NoVisit> planVisit(MMain& main, const QString& model)
 {

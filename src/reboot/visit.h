@@ -1,14 +1,12 @@
 // What has to be known of a phone before it is visited.
 #pragma once
 
-#include "common/phone.h"
+#include "common/MMain.h"
 #include "modules/modules.h"
 
 #include <variant>
 
 namespace velmora {
-
-class MMain;
 
 /// A phone that can be visited.
 struct Visit {
@@ -27,6 +25,11 @@ struct NoVisit {
     /// Whether no further phone is to be visited either.
     bool stopsRun = false;
 };
+
+/// The values of all phones of the company that hold addresses or passwords, as answers to the lookups of
+/// visits: read by one statement, where one for each value goes through all values of the company. Throws
+/// DatabaseError.
+MMain::Answers answersForVisits(MMain& main, const QString& company);
 
 /// Looks up what a visit of the current phone needs; the rows of `model` name the parameters. What is missing
 /// is a shown message (M9, M10, M20, M1 to M6). Throws DatabaseError.
