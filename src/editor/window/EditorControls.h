@@ -29,6 +29,7 @@ public:
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;
+    QPushButton* const goOn;
     ErrorLine* const error;
 
     /// Puts everything in its place.
