@@ -7,6 +7,7 @@
 #include "windows/failure_report.h"
 
 #include <QElapsedTimer>
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QScrollBar>
 
@@ -383,6 +384,15 @@ void RecordView::showWidths()
     for (size_t column = 0; column < m_widths.size(); ++column)
         setWidth(static_cast<int>(column),
                  m_widths[column].needed + static_cast<int>(m_besideWidths[column].needed * share));
+}
+
+void RecordView::focusInEvent(QFocusEvent* event)
+{
+    QTreeView::focusInEvent(event);
+    // Or the first record, having the focus already, could not be reached with the arrow keys.
+    const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (byKey && selectedRow() < 0 && m_records->rowCount() > 0)
+        selectRow(0);
 }
 
 void RecordView::resizeEvent(QResizeEvent* event)

@@ -70,6 +70,7 @@ Q_SIGNALS:
     void loaded();
 
 protected:
+    void focusInEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 

@@ -172,7 +172,7 @@ bool RecordPanel::focusFieldFrom(qsizetype first)
 bool RecordPanel::focusField(int wanted)
 {
     if (m_form->mode() == RecordMode::Insert)
-        return focusFieldFrom(0);
+        return focusFieldFrom(wanted);
     if (wanted >= 0 && wanted < count() && focus(changeable(m_rows[wanted])))
         return true;
     // A letter typed into a drop-down would choose another entry.
