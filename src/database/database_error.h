@@ -53,6 +53,12 @@ public:
     const QString& description() const { return m_description; }
     Reason reason() const { return m_cause.reason; }
     const Cause& cause() const { return m_cause; }
+    /// Whether it is no matter of the one statement: those that follow would fail like it, or be lost.
+    bool endsAll() const
+    {
+        return reason() == Reason::ConnectionLost || reason() == Reason::TransactionLost ||
+               reason() == Reason::Busy;
+    }
 
 private:
     QString m_statement;

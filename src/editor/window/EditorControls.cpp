@@ -81,7 +81,9 @@ void EditorControls::SortTabFields() const
 {
     QList<QWidget*> controls = m_window.findChildren<QWidget*>();
     controls.removeIf([this](const QWidget* control) {
-        return !control->isVisibleTo(&m_window) || !(control->focusPolicy() & Qt::TabFocus);
+        // A window that stands over it has an order of its own.
+        return !control->isVisibleTo(&m_window) || control->window() != m_window.window() ||
+               !(control->focusPolicy() & Qt::TabFocus);
     });
     const auto position = [this](const QWidget* control) {
         // In a very low window list and fields lie out of sight, where their tops say nothing.
