@@ -80,12 +80,12 @@ QString tst_FParameters::error() const
     return line->isVisible() ? line->text() : QString();
 }
 
-/// The list's cells: rows apart by "|", cells by ",", with a ">" before the selected row.
+/// The list's cells: rows apart by "|", cells by ",", with a ">" before each selected row.
 QString tst_FParameters::cells() const
 {
     QStringList rows;
     for (int row = 0; row < list()->records().rowCount(); ++row)
-        rows << (row == list()->selectedRow() ? u">"_s : QString()) +
+        rows << (list()->selectionModel()->isRowSelected(row, {}) ? u">"_s : QString()) +
                     list()->records().record(row).join(u',');
     return rows.join(u'|');
 }
@@ -171,6 +171,11 @@ QWidget* tst_FParameters::focused() const
 {
     if (QWidget* popup = QApplication::activePopupWidget())
         return popup->focusWidget() ? popup->focusWidget() : popup;
+    if (auto* dialog = m_window->findChild<QDialog*>(); dialog && dialog->isVisible()) {
+        dialog->activateWindow();
+        (void)QTest::qWaitForWindowActive(dialog);
+        return dialog->focusWidget();
+    }
     m_window->activateWindow(); // which a list that has been open leaves to the platform
     return m_window->focusWidget();
 }
@@ -294,6 +299,25 @@ void tst_FParameters::doesWhatTheKeysSay_data()
     row("chooses nothing where nothing fits", "", "@PHONES Ins \"three\" Tab Esc",
         phones + " [*o|-|-|-|-]"_L1, "");
     row("filters by what is typed", "", "@RANGES Shift+Tab Shift+Tab \"c2\" Tab Tab", ">C2,201", "");
+    row("deletes many", noPhones, "Ctrl+A Del Shift+Tab Space Esc", " !", "Deleted: 2. Refused: 0.");
+    row("deletes none where one is refused", "DELETE FROM PHONES WHERE CO_CODE = 'C1'",
+        "Ctrl+A Del Shift+Tab Space Esc", ">C1,One|>C2,Two", "");
+    row("deletes the others without it", "DELETE FROM PHONES WHERE CO_CODE = 'C1'",
+        "Ctrl+A Del Shift+Tab Space Shift+Tab Space Esc", "C2,Two !", "Deleted: 1. Refused: 1.");
+    row("asks whether to delete many", noPhones, "Ctrl+A Del Return", ">C1,One|>C2,Two", "");
+    row("deletes what is in sight alone",
+        noPhones + "INSERT INTO COMPANY VALUES('C3', 'Thor'), ('C4', 'Twain')"_L1,
+        "Ctrl+F \"t\" Return Ctrl+A Ctrl+F Esc Return Del Return", "C1,One|>C3,Thor|C4,Twain", "");
+    row("sets a column for all", "", "@PHONES Ctrl+A Ctrl+E \"adapter\" Return Return Esc",
+        ">C1,101,PAP2,Hall,1|C2,201,PAP2,Desk,2 !", "Changed: 1. Refused: 0.");
+    row("sets another column", "", "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab \"Both\" Return Esc",
+        ">C1,101,GXP2000,Both,1|C2,201,PAP2,Both,2 !", "Changed: 2. Refused: 0.");
+    row("sets nothing that is refused", "",
+        "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab \"O'N\" Return Return Esc",
+        ">C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2", "");
+    row("sets nothing before it is typed", "", "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab Return Esc",
+        ">C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2", "");
+    row("sets no column of other tables", "", "Ctrl+A Ctrl+E", ">C1,One|>C2,Two", "");
     row("no such table", setting.arg(u"'$$TABS', '90', 'NOWHERE'"_s), "@NOWHERE", " closed",
         "no table NOWHERE");
     row("a bad pick list, asked for each letter", setting.arg(u"'$$COMPANY', 'L_CO_DESC', 'SELECT FROM'"_s),

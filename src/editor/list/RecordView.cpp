@@ -42,6 +42,7 @@ RecordView::RecordView(MMain& main, QWidget* parent)
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
     setEditTriggers(NoEditTriggers);
+    setSelectionMode(ExtendedSelection);
     setHorizontalScrollMode(ScrollPerPixel);
     setTabKeyNavigation(false);
     setItemDelegate(new DescriptionDelegate(this));
@@ -270,6 +271,9 @@ void RecordView::endReading()
 
 void RecordView::search(const QString& text)
 {
+    // What is deleted together must have been seen together.
+    if (selectedCount() > 1)
+        selectRow(std::max(currentIndex().row(), 0));
     m_records->search(foldedWords(text));
     scrollTo(currentIndex());
     Q_EMIT loaded();
@@ -277,8 +281,33 @@ void RecordView::search(const QString& text)
 
 int RecordView::selectedRow() const
 {
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+    int first = -1;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        if (first < 0 || range.top() < first)
+            first = range.top();
+    return first;
+}
+
+qsizetype RecordView::selectedCount() const
+{
+    qsizetype count = 0;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        count += range.height();
+    return count;
+}
+
+QList<QStringList> RecordView::selectedRecords() const
+{
+    QItemSelection ranges = selectionModel()->selection();
+    std::sort(ranges.begin(), ranges.end(),
+              [](const QItemSelectionRange& one, const QItemSelectionRange& other) {
+                  return one.top() < other.top();
+              });
+    QList<QStringList> records;
+    for (const QItemSelectionRange& range : ranges)
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            records << m_records->record(row);
+    return records;
 }
 
 QStringList RecordView::selectedRecord() const

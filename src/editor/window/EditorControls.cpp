@@ -83,7 +83,7 @@ void EditorControls::SortTabFields() const
 {
     QList<QWidget*> controls = m_window.findChildren<QWidget*>();
     controls.removeIf([this](const QWidget* control) {
-        // The import, which stands over it, has an order of its own.
+        // A window that stands over it has an order of its own.
         return !control->isVisibleTo(&m_window) || control->window() != m_window.window() ||
                !(control->focusPolicy() & Qt::TabFocus);
     });

@@ -9,7 +9,9 @@
 #include "windows/failure_report.h"
 #include "windows/wait_cursor.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QShortcut>
 
@@ -221,7 +223,16 @@ void FParameters::carryOut(RecordAction action)
         edit(RecordMode::Update);
         break;
     case RecordAction::Delete:
-        edit(RecordMode::Delete);
+        if (m_ui.list->selectedCount() > 1)
+            changeMany(FManyRecords::Kind::Delete);
+        else
+            edit(RecordMode::Delete);
+        break;
+    case RecordAction::SetColumn:
+        changeMany(FManyRecords::Kind::SetColumn);
+        break;
+    case RecordAction::Copy:
+        copy();
         break;
     }
 }
@@ -232,9 +243,28 @@ void FParameters::edit(RecordMode mode)
     if (m_ui.list->selectedRow() < 0)
         return;
     const WaitCursor waiting;
-    m_editedRow = m_ui.list->currentIndex();
+    m_editedRow = m_ui.list->records().index(m_ui.list->selectedRow(), m_ui.list->currentIndex().column());
     openPanel(openRecord(m_main, mode, m_ui.pane->table(), m_ui.list->selectedRecord()),
               m_editedRow.column());
+}
+
+/// Opens the window that deletes the selected records or gives all of them one value.
+void FParameters::changeMany(FManyRecords::Kind kind)
+{
+    auto* window = new FManyRecords(m_main, m_ui.pane->table(), m_ui.list->selectedRecords(), kind,
+                                    m_ui.list->currentIndex().column(), this);
+    // An engine may refuse to write while a reading goes on.
+    connect(window, &FManyRecords::writing, m_ui.list, &RecordView::stopLoading);
+    connect(window, &FManyRecords::written, this, [this](const QString& summary) {
+        reportFailures(m_main, [this] { refresh(); });
+        m_ui.error->tell(summary);
+    });
+    window->open();
+}
+
+void FParameters::copy() const
+{
+    QGuiApplication::clipboard()->setText(tabbedText(m_ui.pane->table(), m_ui.list->selectedRecords()));
 }
 
 /// Opens a new record, beginning with the key of that one or, in a duplicate, with all of it.
@@ -388,9 +418,10 @@ void FParameters::enableControls()
 {
     const bool running = m_main.batch.running();
     const auto& form = m_ui.panel->form();
-    m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedRow() >= 0 ? 1 : 0);
+    m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedCount(),
+                        mayBeSet(m_ui.pane->table().name));
     m_showStatus->setEnabled(!form && !running && m_ui.pane->table().name == "PHONES"_L1 &&
-                             m_ui.list->selectedRow() >= 0);
+                             m_ui.list->selectedCount() == 1);
     m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);

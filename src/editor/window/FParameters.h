@@ -1,6 +1,7 @@
 // The table editor.
 #pragma once
 
+#include "editor/many/FManyRecords.h"
 #include "editor/window/EditorControls.h"
 
 namespace velmora {
@@ -47,6 +48,8 @@ private:
     void edit(RecordMode mode);
     void enter(const QStringList& record, bool all);
     void openPanel(RecordForm form, int field);
+    void changeMany(FManyRecords::Kind kind);
+    void copy() const;
     void write(bool goOn);
     void finishWriting(const RecordForm& written, bool reload);
     void tellIfHidden(const QStringList& values);

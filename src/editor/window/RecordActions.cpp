@@ -76,6 +76,16 @@ RecordActions::RecordActions(MMain& main, RecordView& list, QWidget* parent)
          .keys = {Qt::Key_Delete},
          .least = 1,
          .button = true});
+    add({.action = RecordAction::SetColumn,
+         .name = u"SetColumn"_s,
+         .caption = u"Set Column..."_s,
+         .keys = {Qt::CTRL | Qt::Key_E},
+         .least = 1});
+    add({.action = RecordAction::Copy,
+         .name = u"Copy"_s,
+         .caption = u"Copy"_s,
+         .keys = {QKeySequence::Copy},
+         .least = 1});
     m_more->setObjectName(u"More"_s);
     m_more->setMenu(m_popup);
     layout->addWidget(m_more);
@@ -92,19 +102,21 @@ void RecordActions::add(const Offer& offer)
     action->setEnabled(false);
     connect(action, &QAction::triggered, this,
             [this, chosen = offer.action] { Q_EMIT this->chosen(chosen); });
-    connect(this, &RecordActions::allowed, action, [action, offer](bool any, qsizetype selected) {
-        action->setEnabled(any && selected >= offer.least && selected <= offer.most.value_or(selected));
-    });
+    connect(
+        this, &RecordActions::allowed, action, [action, offer](bool any, qsizetype selected, bool settable) {
+            action->setEnabled(any && selected >= offer.least && selected <= offer.most.value_or(selected) &&
+                               (settable || offer.action != RecordAction::SetColumn));
+        });
     m_list.addAction(action);
     m_popup->addAction(action);
     if (offer.button)
         layout()->addWidget(buttonFor(action));
 }
 
-void RecordActions::allow(bool any, qsizetype selected)
+void RecordActions::allow(bool any, qsizetype selected, bool settable)
 {
     m_more->setEnabled(any);
-    Q_EMIT allowed(any, selected);
+    Q_EMIT allowed(any, selected, settable);
 }
 
 void RecordActions::popup(const QPoint& position)

@@ -10,7 +10,7 @@ namespace velmora {
 class MMain;
 class RecordView;
 
-enum class RecordAction { New, Duplicate, Edit, Delete };
+enum class RecordAction { New, Duplicate, Edit, Delete, SetColumn, Copy };
 
 /// The actions as buttons, as keys and a double click in the list, and as the popup of a record.
 class RecordActions : public QWidget {
@@ -19,8 +19,9 @@ class RecordActions : public QWidget {
 public:
     RecordActions(MMain& main, RecordView& list, QWidget* parent = nullptr);
 
-    /// Lets them be chosen, if any at all: each where as many records are selected as it needs.
-    void allow(bool any, qsizetype selected);
+    /// Lets them be chosen, if any at all: each where as many records are selected as it needs, and one value
+    /// for all where the table is one that takes it.
+    void allow(bool any, qsizetype selected, bool settable);
     /// Adds what else can be done with a record.
     void addToPopup(QAction* action) { m_popup->addAction(action); }
     /// Shows the popup, `MnuRecord`, where that place of the list is on a record.
@@ -28,7 +29,7 @@ public:
 
 Q_SIGNALS:
     void chosen(RecordAction action);
-    void allowed(bool any, qsizetype selected);
+    void allowed(bool any, qsizetype selected, bool settable);
 
 private:
     struct Offer;
