@@ -1,5 +1,5 @@
 // bench_generation PROGRAM_FOLDER OUTPUT_FOLDER: writes the files of all phones of the sample database and
-// prints the seconds that Generate() took.
+// prints the seconds that Generate() took, and the most memory that the process held, in MiB.
 #include "cli/terminal_prompts.h"
 #include "common/MMain.h"
 #include "generation/generate.h"
@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+
+#include <sys/resource.h>
 
 #include <cstdio>
 
@@ -36,6 +38,9 @@ int main(int argc, char** argv)
     timer.start();
     if (!Generate(mainModule, request, report))
         return 1;
-    std::printf("%.6f\n", static_cast<double>(timer.nsecsElapsed()) / 1e9);
+    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("%.6f %ld\n", seconds, usage.ru_maxrss / 1024);
     return 0;
 }

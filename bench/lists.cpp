@@ -127,8 +127,8 @@ int main(int argc, char** argv)
         MMain main(u"."_s, noPrompts());
         main.connection.open("Provider=SQLite;Data Source="_L1 + arguments[1]);
         makePhones(main.connection, QFileInfo(arguments[1]).absolutePath(), arguments[2]);
-        main.lastCompany = u"ACME"_s;
-        main.lastEquipment = u"PAP2"_s;
+        main.remembered.set(Remembered::lastCompany, u"ACME"_s);
+        main.remembered.set(Remembered::lastEquipment, u"PAP2"_s);
         measure<FGenerate>(main);
         measure<FReboot>(main);
         readBare(arguments[1]);

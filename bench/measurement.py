@@ -58,10 +58,10 @@ def run(command):
 
 
 def seconds(command):
-    """The seconds that a command prints of itself."""
+    """The seconds that a command prints of itself, before anything else."""
     # What earlier runs left to be written would otherwise be written during this one.
     os.sync()
-    return float(run(command))
+    return float(run(command).split()[0])
 
 
 def medians(contestants, runs):
@@ -74,9 +74,9 @@ def medians(contestants, runs):
     return {name: statistics.median(values) for name, values in times.items()}
 
 
-def sample_database(build, file, phones):
+def sample_database(build, file, phones, *options):
     """Writes the database that the measurements work on."""
-    run(program(build, "bench_sample_database") + [file, phones])
+    run(program(build, "bench_sample_database") + [file, phones, *options])
 
 
 def write_seed_file(earlier, path):

@@ -1,7 +1,8 @@
-// bench_sample_database FILE PHONES: writes the database that the measurements work on.
+// bench_sample_database FILE PHONES [macros]: writes the database that the measurements work on.
 //
 // One company, "ACME", with that many phones of one model, "GXP2000", which has 250 parameters: 200 with a
-// default, 30 that the company sets and 20 that each phone sets for itself. Every run writes the same rows.
+// default, 30 that the company sets and 20 that each phone sets for itself. With macros, one stands in 10 of
+// the company's values and in 5 of each phone's. Every run writes the same rows.
 #include "database/connection.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
@@ -66,7 +67,16 @@ void addPhones(Connection& database, int phones)
         "FROM PHONES P CROSS JOIN EQUIPMENT_PARAMETERS E WHERE LE_CODE = 'P' ORDER BY PH_CODE, PA_CODE"_s);
 }
 
-void write(const QString& file, int phones)
+void addMacros(Connection& database)
+{
+    const QString set = u"UPDATE %1 SET PA_VALUE = CASE PA_CODE % 3 WHEN 0 THEN 'Büro $$P' WHEN 1 THEN '$$N' "
+                        u"ELSE '$$P,2,3' END "
+                        "WHERE PA_CODE BETWEEN %2"_s;
+    database.execute(set.arg(u"COMPANY_PARAMETERS"_s, u"'201' AND '210'"_s));
+    database.execute(set.arg(u"PHONES_PARAMETERS"_s, u"'231' AND '235'"_s));
+}
+
+void write(const QString& file, int phones, bool withMacros)
 {
     Connection database;
     database.open("Provider=SQLite;Data Source="_L1 + file);
@@ -77,6 +87,8 @@ void write(const QString& file, int phones)
     addFixedRows(database);
     addCatalogue(database);
     addPhones(database, phones);
+    if (withMacros)
+        addMacros(database);
     writing.commit();
 }
 
@@ -86,12 +98,13 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 3) {
-        std::fputs("Usage: bench_sample_database FILE PHONES\n", stderr);
+    const bool withMacros = arguments.size() == 4 && arguments[3] == "macros"_L1;
+    if (arguments.size() != 3 && !withMacros) {
+        std::fputs("Usage: bench_sample_database FILE PHONES [macros]\n", stderr);
         return 2;
     }
     try {
-        write(arguments[1], arguments[2].toInt());
+        write(arguments[1], arguments[2].toInt(), withMacros);
     } catch (const DatabaseError& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -11,7 +11,20 @@ import sys
 import time
 
 
-def parameters_of(database, company, model, phone):
+def expanded(value, phone, description):
+    """The value with its macro replaced, which runs to the first apostrophe or to the end."""
+    if "$$" not in value:
+        return value
+    token = value[value.index("$$"):].split("'")[0]
+    name, *arguments = token.split(",")
+    text = {"$$P": phone, "$$N": description}[name]
+    if arguments:
+        start, length = map(int, arguments)
+        text = text[start - 1:start - 1 + length]
+    return value.replace(token, text)
+
+
+def parameters_of(database, company, model, phone, description):
     """The values by code; the first level that holds a code wins."""
     levels = [
         ("SELECT PA_CODE, PA_DEFAULT FROM EQUIPMENT_PARAMETERS WHERE EQ_CODE = ? AND LE_CODE = 'E'", (model,)),
@@ -22,7 +35,7 @@ def parameters_of(database, company, model, phone):
     parameters = {}
     for query, values in levels:
         for code, value in database.execute(query, values):
-            parameters.setdefault(code, value)
+            parameters.setdefault(code, expanded(value, phone, description))
     return parameters
 
 
@@ -42,10 +55,10 @@ def generate(file, folder):
     database = sqlite3.connect(file)
     start = time.perf_counter()
     phones = database.execute(
-        "SELECT CO_CODE, EQ_CODE, PH_CODE, PH_MAC FROM PHONES WHERE CO_CODE = ? AND EQ_CODE = ? ORDER BY PH_CODE",
-        ("ACME", "GXP2000")).fetchall()
-    for company, model, phone, mac in phones:
-        image = image_of(mac, parameters_of(database, company, model, phone))
+        "SELECT CO_CODE, EQ_CODE, PH_CODE, PH_DESC, PH_MAC FROM PHONES WHERE CO_CODE = ? AND EQ_CODE = ? "
+        "ORDER BY PH_CODE", ("ACME", "GXP2000")).fetchall()
+    for company, model, phone, description, mac in phones:
+        image = image_of(mac, parameters_of(database, company, model, phone, description))
         with open(os.path.join(folder, "cfg" + mac), "wb") as output:
             output.write(image)
     return time.perf_counter() - start

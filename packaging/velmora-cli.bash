@@ -12,8 +12,9 @@ _velmora_cli_words() {
 _velmora_cli_values() {
     case $1 in
         --program-dir | --folder) compgen -d -- "$2" || true ;;
+        --file) compgen -f -- "$2" || true ;;
         --levels) compgen -W "phone company equipment" -- "$2" || true ;;
-        --as | --company | --equipment | --from | --to | --port) ;;
+        --as | --company | --equipment | --from | --to | --port | --separator) ;;
         *) return 1 ;;
     esac
 }

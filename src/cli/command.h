@@ -28,5 +28,6 @@ Command phonebookCommand(CLI::App& application);
 Command rangesCommand(CLI::App& application);
 Command rebootCommand(CLI::App& application);
 Command languageCommand(CLI::App& application);
+Command tableCommand(CLI::App& application);
 
 } // namespace velmora

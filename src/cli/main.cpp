@@ -3,6 +3,7 @@
 #include "cli/terminal_prompts.h"
 #include "common/MMain.h"
 #include "common/texts/built_in_texts.h"
+#include "common/texts/refusal.h"
 #include "files/file_error.h"
 #include "platform/user_name.h"
 #include "schema/version.h"
@@ -49,7 +50,9 @@ ExitStatus run(const Command& command, MMain& main)
     try {
         return command.run(main);
     } catch (const DatabaseError& error) {
-        main.prompts.show(error.description(), error.statement());
+        const QString reason = unreachableReason(main, error);
+        main.prompts.show(reason.isEmpty() ? error.description() : reason + u'\n' + error.description(),
+                          error.statement());
     } catch (const FileError& error) {
         main.prompts.show(error.path() + ": "_L1 + error.description(), {});
     }
@@ -82,7 +85,7 @@ int main(int argc, char** argv)
     parser.add_flag("--yes", yes, "Answer yes to every question");
     const std::vector<Command> commands = {
         startCommand(parser),  listCommand(parser),   generateCommand(parser), phonebookCommand(parser),
-        rangesCommand(parser), rebootCommand(parser), languageCommand(parser)};
+        rangesCommand(parser), rebootCommand(parser), languageCommand(parser), tableCommand(parser)};
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {

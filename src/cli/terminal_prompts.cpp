@@ -1,5 +1,7 @@
 #include "cli/terminal_prompts.h"
 
+#include "platform/hidden_input.h"
+
 #include <QTextStream>
 
 #include <cstdio>
@@ -50,6 +52,23 @@ bool askYesNo(const QString& question)
     return ask(question + " [y/N]"_L1).value_or(QString()).startsWith(u'y', Qt::CaseInsensitive);
 }
 
+/// The password from the environment, else from the terminal; nothing without either.
+std::optional<QString> askPassword(const QString& question)
+{
+    if (qEnvironmentVariableIsSet(passwordVariable))
+        return qEnvironmentVariable(passwordVariable);
+    if (!onTerminal())
+        return std::nullopt;
+    QTextStream err(stderr);
+    err << question << ' ' << Qt::flush;
+    const QString line = [] {
+        const HiddenInput hidden;
+        return QTextStream(stdin).readLine();
+    }();
+    err << '\n';
+    return line.isNull() ? std::nullopt : std::optional(line);
+}
+
 } // namespace
 
 Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
@@ -62,7 +81,7 @@ Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
         [actAs](const QString& question, const QString& proposal) {
             return actAs ? actAs : ask(question + " ["_L1 + proposal + u']');
         },
-        [](const QString&, const QString&) { return std::optional<QString>(); }, // no command needs one
+        [](const QString& question, const QString&) { return askPassword(question); },
         [](const QString&) { return std::optional<QString>(); },
         [] {},
     };

@@ -34,12 +34,16 @@ QString MMain::textOr(const QString& code, const QString& otherwise)
     return text.isEmpty() ? otherwise : text;
 }
 
+QString MMain::messageText(const QString& code)
+{
+    const QString text = GetDescription(code);
+    return text.isEmpty() ? builtInText(code, language) : text;
+}
+
 QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
                           const QString& details)
 {
-    QString text = GetDescription(code);
-    if (text.isEmpty())
-        text = builtInText(code, language);
+    QString text = messageText(code);
     if (text.isEmpty()) {
         text = "Message Not Found : "_L1 + code + " Language : "_L1 + language;
         show = true;
@@ -95,6 +99,8 @@ QString MMain::GetParameterValue(const QString& code)
 
 QString MMain::ExpandMacros(const QString& value, MacroContext context)
 {
+    if (!value.contains("$$"_L1))
+        return value;
     const Phone phone = currentPhone();
     const MacroExpansion expansion = expandMacros(value, phone, context);
     if (!expansion.refusedToken.isEmpty()) {

@@ -5,6 +5,7 @@
 #include "common/macros.h"
 #include "common/phone.h"
 #include "common/prompts.h"
+#include "common/remembered.h"
 #include "database/connection.h"
 
 namespace velmora {
@@ -31,9 +32,7 @@ public:
     /// Ends a generation run after its current step.
     bool stopFlag = false;
     Batch batch;
-    /// The company and the model that were chosen last in any window; the next one proposes them.
-    QString lastCompany;
-    QString lastEquipment;
+    Remembered remembered;
 
     /// The value of a row of SYSTEM_PARAMETERS, the first of a sub-code; nothing where there is none.
     std::optional<QString> setting(const QString& code, const QString& subcode);
@@ -43,6 +42,10 @@ public:
 
     /// The text of `code`, or `otherwise` where the database holds none.
     QString textOr(const QString& code, const QString& otherwise);
+
+    /// The text of a message, in which a "$$" stands for what is to be filled in; an empty text where there
+    /// is none.
+    QString messageText(const QString& code);
 
     /// The message of `code`, every "$$" in it replaced by `substitution`; shown when `show` is set. A
     /// message without a text row sets `show`, so that it is always seen. `details` explain what is shown.

@@ -1,9 +1,8 @@
 #include "common/macros.h"
 
-#include <QStringList>
+#include <QList>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 using namespace Qt::StringLiterals;
@@ -12,17 +11,8 @@ namespace velmora {
 
 namespace {
 
-QString firstToken(const QString& value)
-{
-    const QString rest = value.sliced(value.indexOf("$$"_L1));
-    for (const QChar end : {QChar(u'\''), QChar(u' ')})
-        if (const qsizetype position = rest.indexOf(end); position >= 0)
-            return rest.first(position);
-    return rest;
-}
-
 /// The part of `text` that the arguments of the token name; nothing when they are not two numbers.
-std::optional<QString> cutByArguments(const QString& text, const QStringList& arguments)
+std::optional<QString> cutByArguments(const QString& text, const QList<QStringView>& arguments)
 {
     if (arguments.isEmpty())
         return text;
@@ -42,23 +32,38 @@ std::optional<QString> cutByArguments(const QString& text, const QStringList& ar
 
 } // namespace
 
+QString macroToken(const QString& value)
+{
+    const qsizetype start = value.indexOf("$$"_L1);
+    if (start < 0)
+        return {};
+    for (const QChar end : {QChar(u'\''), QChar(u' ')})
+        if (const qsizetype position = value.indexOf(end, start); position >= 0)
+            return value.sliced(start, position - start);
+    return value.sliced(start);
+}
+
+MacroReplacement macroReplacement(const QString& token, const Phone& phone)
+{
+    QList<QStringView> arguments = QStringView(token).split(u',');
+    const QStringView name = arguments.takeFirst();
+    std::optional<QString> text =
+        cutByArguments(name == "$$N"_L1 ? phone.description : phone.code, arguments);
+    const bool unknownName = text && name != "$$P"_L1 && name != "$$N"_L1;
+    return {unknownName ? std::nullopt : std::move(text), unknownName};
+}
+
 MacroExpansion expandMacros(const QString& value, const Phone& phone, MacroContext context)
 {
-    if (!value.contains("$$"_L1))
+    const QString token = macroToken(value);
+    if (token.isEmpty())
         return {value, {}, false};
-    const QString token = firstToken(value);
-    QStringList arguments = token.split(u',');
-    const QString name = arguments.takeFirst();
-
-    std::optional<QString> replacement =
-        cutByArguments(name == "$$N"_L1 ? phone.description : phone.code, arguments);
-    if (!replacement)
-        return {value, token, false};
-    if (name != "$$P"_L1 && name != "$$N"_L1)
-        return {value, token, true};
+    MacroReplacement replacement = macroReplacement(token, phone);
+    if (!replacement.text)
+        return {value, token, replacement.unknownName};
     if (context == MacroContext::Statement)
-        replacement->replace(u'\'', "''"_L1);
-    return {QString(value).replace(token, *replacement), {}, false};
+        replacement.text->replace(u'\'', "''"_L1);
+    return {QString(value).replace(token, *replacement.text), {}, false};
 }
 
 } // namespace velmora

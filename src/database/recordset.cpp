@@ -30,17 +30,19 @@ bool Cursor::next()
     return false;
 }
 
+QString Cursor::textOrNull(int field) const
+{
+    if (isNull(field))
+        return {};
+    const QString value = text(field);
+    return value.isNull() ? u""_s : value;
+}
+
 Recordset::Recordset(Cursor& cursor) : m_fieldCount(cursor.fieldCount()), m_names(cursor.fieldNames())
 {
-    const auto heldText = [&cursor](int field) {
-        if (cursor.isNull(field))
-            return QString();
-        const QString text = cursor.text(field);
-        return text.isNull() ? u""_s : text;
-    };
     while (cursor.next())
         for (int field = 0; field < m_fieldCount; ++field)
-            m_values << heldText(field);
+            m_values << cursor.textOrNull(field);
 }
 
 QString Recordset::text(int field) const

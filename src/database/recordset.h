@@ -22,6 +22,8 @@ public:
     /// The field as text; a NULL value gives an empty text.
     QString text(int field) const { return m_query.value(field).toString(); }
     bool isNull(int field) const { return m_query.isNull(field); }
+    /// The field as text, null only for a NULL value.
+    QString textOrNull(int field) const;
 
     /// Gives the query away; the cursor can't be used any more.
     QSqlQuery takeQuery() { return std::move(m_query); }

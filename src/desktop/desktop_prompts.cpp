@@ -1,6 +1,7 @@
 #include "desktop/desktop_prompts.h"
 
 #include "platform/shell_version.h"
+#include "windows/wait_cursor.h"
 
 #include <QApplication>
 #include <QDir>
@@ -27,6 +28,7 @@ QString beginning(const QString& text)
 
 void show(const QString& text, const QString& details)
 {
+    const NoWaitCursor asking;
     QMessageBox box(QMessageBox::NoIcon, u"Velmora"_s, beginning(text), QMessageBox::Ok,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
@@ -39,6 +41,7 @@ void show(const QString& text, const QString& details)
 
 bool ask(const QString& question, const QString& title, QMessageBox::StandardButton proposal)
 {
+    const NoWaitCursor asking;
     QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
@@ -58,6 +61,7 @@ bool askToGoOn(const QString& question, const QString& title)
 
 std::optional<QString> askText(const QString& question, const QString& proposal)
 {
+    const NoWaitCursor asking;
     bool accepted = false;
     const QString answer = QInputDialog::getText(QApplication::activeWindow(), u"Velmora"_s, question,
                                                  QLineEdit::Normal, proposal, &accepted);
@@ -66,6 +70,7 @@ std::optional<QString> askText(const QString& question, const QString& proposal)
 
 std::optional<QString> askPassword(const QString& question, const QString& title)
 {
+    const NoWaitCursor asking;
     bool accepted = false;
     const QString answer = QInputDialog::getText(QApplication::activeWindow(), title, question,
                                                  QLineEdit::Password, {}, &accepted);
@@ -74,6 +79,7 @@ std::optional<QString> askPassword(const QString& question, const QString& title
 
 std::optional<QString> chooseFolder(const QString& startFolder)
 {
+    const NoWaitCursor asking;
     QFileDialog::Options options = QFileDialog::ShowDirsOnly;
 #ifdef Q_OS_WIN
     // Before version 5 the shell's own folder dialog has no box to type a path into.

@@ -93,11 +93,11 @@ int main(int argc, char** argv)
         return 3;
     translateDialogs(application, mainModule.language);
 
+    mainModule.remembered.keepIn(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                                 "/velmora/windows.ini"_L1);
     std::unique_ptr<FMain> window;
     const bool made = reportFailures(mainModule, [&] {
-        window = std::make_unique<FMain>(
-            mainModule, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                            "/velmora/windows.ini"_L1);
+        window = std::make_unique<FMain>(mainModule);
         window->setActions(menuActions(*window, mainModule));
         offerLanguages(*window, mainModule);
     });

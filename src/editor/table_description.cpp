@@ -24,7 +24,8 @@ TableDescription describeTable(MMain& main, const QString& table)
         const bool key = column.keyPosition > 0;
         if (key)
             description.keys[column.keyPosition - 1] = column.name;
-        description.columns << TableColumn{column.name, columnCaption(main, column), key};
+        description.columns << TableColumn{column.name, columnCaption(main, column), key, column.width,
+                                           column.mayBeNull};
     }
     return description;
 }

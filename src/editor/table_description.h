@@ -14,6 +14,10 @@ struct TableColumn {
     /// The text of the database for the column, else the schema's description of it, else its name.
     QString caption;
     bool key = false;
+    /// The most characters of a value; 0 where the schema names no bound.
+    int width = 0;
+    /// Whether a record may lack a value here.
+    bool mayBeNull = false;
 };
 
 /// A table as the schema of the database declares it.

@@ -3,8 +3,13 @@
 #include "files/file_error.h"
 #include "files/whole_file.h"
 
-#include <stdexcept>
+#include <csv.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
 #include <string>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -12,96 +17,200 @@ namespace velmora {
 
 namespace {
 
-/// Reads one text from front to back.
-class Reader {
-public:
-    explicit Reader(const QString& text) : m_text(text) {}
+using Reason = SeparatedValuesError::Reason;
 
-    QList<QStringList> rows()
-    {
-        while (m_position < m_text.size())
-            m_rows << row();
-        return m_rows;
+/// How many bytes are read before their rows are handed on.
+constexpr qsizetype bytesTogether = 0x10000;
+
+const char* wordsFor(Reason reason)
+{
+    switch (reason) {
+    case Reason::MisplacedQuote:
+        return "a quote stands in an unquoted field, or ends before its field does";
+    case Reason::OpenQuote:
+        return "a quote is not closed";
+    case Reason::LongField:
+        return "a field is too long, or its quote is not closed";
+    case Reason::ManyFields:
+        return "there are too many fields";
     }
+    return "";
+}
 
-private:
-    QStringList row()
-    {
-        QStringList fields = {field()};
-        while (take(u';'))
-            fields << field();
-        take(u'\r');
-        if (!take(u'\n') && m_position < m_text.size())
-            fail("a quote ends before its field does");
-        return fields;
+/// How many lines end within the field.
+qsizetype lineBreaks(QByteArrayView field)
+{
+    qsizetype breaks = 0;
+    for (qsizetype place = 0; place < field.size(); ++place) {
+        const bool returnsToo = place > 0 && field[place - 1] == '\r';
+        breaks += field[place] == '\r' || (field[place] == '\n' && !returnsToo) ? 1 : 0;
     }
-
-    QString field() { return take(u'"') ? quotedField() : plainField(); }
-
-    QString quotedField()
-    {
-        QString field;
-        for (;;) {
-            const qsizetype quote = m_text.indexOf(u'"', m_position);
-            if (quote < 0)
-                fail("a quote is not closed");
-            field += m_text.sliced(m_position, quote - m_position);
-            m_position = quote + 1;
-            if (!take(u'"'))
-                return field;
-            field += u'"';
-        }
-    }
-
-    QString plainField()
-    {
-        const qsizetype start = m_position;
-        while (m_position < m_text.size() && !QStringView(u";\r\n").contains(m_text[m_position])) {
-            if (m_text[m_position] == u'"')
-                fail("a quote stands in an unquoted field");
-            ++m_position;
-        }
-        return m_text.sliced(start, m_position - start);
-    }
-
-    bool take(char16_t character)
-    {
-        const bool there = m_position < m_text.size() && m_text[m_position] == character;
-        m_position += there ? 1 : 0;
-        return there;
-    }
-
-    [[noreturn]] void fail(const char* reason) const
-    {
-        throw std::invalid_argument("row " + std::to_string(m_rows.size() + 1) + ": " + reason);
-    }
-
-    const QString& m_text;
-    qsizetype m_position = 0;
-    QList<QStringList> m_rows;
-};
+    return breaks;
+}
 
 } // namespace
 
-QList<QStringList> parseSeparatedValues(const QString& text)
+/// One reading by the library, whose calls must not be left by an exception: so rows and failures are kept
+/// until they are over.
+class SeparatedValuesParser {
+public:
+    explicit SeparatedValuesParser(char separator)
+    {
+        csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL | CSV_EMPTY_IS_NULL);
+        csv_set_delim(&m_parser, static_cast<unsigned char>(separator));
+        csv_set_space_func(&m_parser, [](unsigned char) { return 0; }); // blanks belong to their field
+        csv_set_realloc_func(&m_parser, [](void* buffer, size_t size) {
+            return size > size_t{mostFieldBytes} ? nullptr : std::realloc(buffer, size);
+        });
+    }
+    ~SeparatedValuesParser() { csv_free(&m_parser); }
+    SeparatedValuesParser(const SeparatedValuesParser&) = delete;
+    SeparatedValuesParser& operator=(const SeparatedValuesParser&) = delete;
+
+    void read(QByteArrayView bytes)
+    {
+        const auto size = static_cast<size_t>(bytes.size());
+        if (csv_parse(&m_parser, bytes.data(), size, takeField, takeRowEnd, this) != size)
+            fail(csv_error(&m_parser) == CSV_EPARSE ? Reason::MisplacedQuote : Reason::LongField);
+    }
+
+    void end()
+    {
+        if (!m_failure && csv_fini(&m_parser, takeField, takeRowEnd, this) != 0)
+            fail(Reason::OpenQuote);
+    }
+
+    std::vector<SeparatedRow> takeRows() { return std::exchange(m_rows, {}); }
+    const std::optional<SeparatedValuesError>& failure() const { return m_failure; }
+
+private:
+    static void takeField(void* bytes, size_t size, void* parser)
+    {
+        const QByteArrayView field(static_cast<const char*>(bytes), static_cast<qsizetype>(size));
+        static_cast<SeparatedValuesParser*>(parser)->append(field, bytes == nullptr);
+    }
+
+    static void takeRowEnd(int character, void* parser)
+    {
+        static_cast<SeparatedValuesParser*>(parser)->endRow(character);
+    }
+
+    void append(QByteArrayView field, bool missing)
+    {
+        if (m_row.size() == 0)
+            m_row.m_line = m_line;
+        if (m_row.size() == mostFields)
+            fail(Reason::ManyFields);
+        if (m_failure)
+            return;
+        m_line += lineBreaks(field);
+        m_row.m_fields << SeparatedRow::Part{m_row.m_bytes.size(), field.size(), missing};
+        m_row.m_bytes.append(field);
+        m_afterReturn = false;
+    }
+
+    void endRow(int character)
+    {
+        if (m_row.size() > 0 && !m_failure)
+            m_rows.push_back(std::move(m_row));
+        m_row = {};
+        // CR LF is the end of one line.
+        m_line += character == CSV_LF && m_afterReturn ? 0 : 1;
+        m_afterReturn = character == CSV_CR;
+    }
+
+    void fail(Reason reason)
+    {
+        if (!m_failure)
+            m_failure.emplace(reason, m_line);
+    }
+
+    csv_parser m_parser = {};
+    std::vector<SeparatedRow> m_rows;
+    SeparatedRow m_row;
+    qsizetype m_line = 1;
+    bool m_afterReturn = false;
+    std::optional<SeparatedValuesError> m_failure;
+};
+
+namespace {
+
+QStringList texts(const SeparatedRow& row)
 {
-    return Reader(text).rows();
+    QStringList texts;
+    for (qsizetype place = 0; place < row.size(); ++place)
+        texts << QString::fromUtf8(row.field(place));
+    return texts;
+}
+
+QByteArray quoted(QByteArray field)
+{
+    return '"' + field.replace('"', "\"\"") + '"';
+}
+
+bool needsQuotes(const QByteArray& field, char separator)
+{
+    // Blanks at the ends are taken away by some readers.
+    return field.isEmpty() || field.startsWith(' ') || field.endsWith(' ') ||
+           std::any_of(field.begin(), field.end(), [separator](char each) {
+               return each == separator || each == '"' || each == '\r' || each == '\n' || each == '\t';
+           });
+}
+
+} // namespace
+
+SeparatedValuesError::SeparatedValuesError(Reason reason, qsizetype line)
+    : std::runtime_error("line " + std::to_string(line) + ": " + wordsFor(reason)),
+      m_reason(reason),
+      m_line(line)
+{
+}
+
+void readSeparatedRows(QByteArrayView text, char separator,
+                       const std::function<bool(const SeparatedRow&)>& take)
+{
+    SeparatedValuesParser parser(separator);
+    for (qsizetype place = 0; place < text.size() && !parser.failure(); place += bytesTogether) {
+        const QByteArrayView some = text.sliced(place, std::min(bytesTogether, text.size() - place));
+        parser.read(some);
+        if (place + some.size() == text.size())
+            parser.end();
+        for (const SeparatedRow& row : parser.takeRows())
+            if (!take(row))
+                return;
+    }
+    if (parser.failure())
+        throw SeparatedValuesError(*parser.failure());
 }
 
 QList<QStringList> readSeparatedValues(const QString& path)
 {
     QList<QStringList> rows;
     try {
-        rows = parseSeparatedValues(QString::fromUtf8(readWholeFile(path)));
-    } catch (const std::invalid_argument& error) {
+        readSeparatedRows(readWholeFile(path), ';', [&](const SeparatedRow& row) {
+            rows << texts(row);
+            if (rows.last().size() == rows.first().size())
+                return true;
+            throw FileError(path, u"line %1 has %2 fields where the heading has %3"_s.arg(row.line())
+                                      .arg(rows.last().size())
+                                      .arg(rows.first().size()));
+        });
+    } catch (const SeparatedValuesError& error) {
         throw FileError(path, QString::fromLatin1(error.what()));
     }
-    for (qsizetype row = 0; row < rows.size(); ++row)
-        if (rows[row].size() != rows[0].size())
-            throw FileError(path, u"row %1 has %2 fields where the heading has %3"_s.arg(row + 1)
-                                      .arg(rows[row].size())
-                                      .arg(rows[0].size()));
     return rows;
+}
+
+void appendSeparatedRow(QByteArray& bytes, const QStringList& fields, char separator)
+{
+    for (qsizetype place = 0; place < fields.size(); ++place) {
+        if (place > 0)
+            bytes += separator;
+        const QByteArray field = fields[place].toUtf8();
+        if (!fields[place].isNull())
+            bytes += needsQuotes(field, separator) ? quoted(field) : field;
+    }
+    bytes += "\r\n";
 }
 
 } // namespace velmora

@@ -72,8 +72,9 @@ bool passOnAccess(const QString& like, QFile& file)
 
 QString unfinishedName(const QString& path)
 {
-    return path +
-           u".velmora-%1-%2.part"_s.arg(QString::number(QCoreApplication::applicationPid()), thisMachine());
+    static const QString ending =
+        u".velmora-%1-%2.part"_s.arg(QString::number(QCoreApplication::applicationPid()), thisMachine());
+    return path + ending;
 }
 
 bool openNew(QFile& file, const QString& like)

@@ -5,6 +5,8 @@
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
+#include "generation/run_rows.h"
+#include "generation/staging.h"
 #include "modules/GXP2000.h"
 #include "modules/modules.h"
 
@@ -13,6 +15,8 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <deque>
+#include <unordered_map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -31,6 +35,8 @@ bool isFileName(const QString& name)
 /// phone: what stands for the macro must be a part of one folder's name.
 bool followsPattern(const QString& folder, const QString& pattern)
 {
+    if (folder == pattern)
+        return true;
     static const QRegularExpression separator(u"[/\\\\]"_s);
     const QStringList names = folder.split(separator);
     const QStringList patternNames = pattern.split(separator);
@@ -42,11 +48,36 @@ bool followsPattern(const QString& folder, const QString& pattern)
     return true;
 }
 
+/// The pieces of one kind of file. What all phones share is made once.
+class PieceMaker {
+public:
+    /// They stay until the next call.
+    Pieces make(Piece (*piece)(const Parameter&), const QList<MergedParameter>& parameters)
+    {
+        Pieces pieces;
+        pieces.reserve(parameters.size());
+        m_own.clear();
+        for (const MergedParameter& one : parameters) {
+            if (!one.isShared())
+                pieces << &m_own.emplace_back(piece(one.parameter()));
+            else if (const auto known = m_shared.find(one.row); known != m_shared.end())
+                pieces << &known->second;
+            else
+                pieces << &m_shared.emplace(one.row, piece(one.parameter())).first->second;
+        }
+        return pieces;
+    }
+
+private:
+    std::unordered_map<const ParameterRow*, Piece> m_shared;
+    std::deque<Piece> m_own;
+};
+
 /// One run over the phones of the shared record set. A step that returns false ends it.
 class Run {
 public:
     Run(MMain& main, const GenerationRequest& request, const RunReport& report)
-        : m_main(main), m_request(request), m_report(report), m_staging(main, request.levels)
+        : m_main(main), m_request(request), m_report(report), m_rows(main, request.levels)
     {
     }
 
@@ -56,8 +87,7 @@ public:
         m_report.progress(0, total);
         for (; !m_main.phones.eof(); m_main.phones.moveNext()) {
             if (m_main.stopFlag) {
-                m_report.line(
-                    m_main.messageLine(u"M205"_s, outOf(m_main.phones.absolutePosition() - 1, total)));
+                m_report.line(lineOf(u"M205"_s, outOf(m_main.phones.absolutePosition() - 1, total)));
                 return std::nullopt;
             }
             m_hasRemark = false;
@@ -66,9 +96,9 @@ public:
             m_withRemarks += m_hasRemark ? 1 : 0;
             m_report.progress(m_main.phones.absolutePosition(), total);
         }
-        m_report.line(m_main.messageLine(u"M12"_s));
+        m_report.line(lineOf(u"M12"_s));
         if (m_withRemarks > 0)
-            m_report.tell({m_main.messageLine(u"M290"_s, outOf(m_withRemarks, total)), true});
+            m_report.tell({lineOf(u"M290"_s, outOf(m_withRemarks, total)), true});
         return m_withRemarks;
     }
 
@@ -76,6 +106,16 @@ private:
     static QString outOf(qsizetype some, qsizetype total)
     {
         return QString::number(some) + " / "_L1 + QString::number(total);
+    }
+
+    /// A message as a line. Its text is looked up once per run, unless it is missing, which is always shown.
+    QString lineOf(const QString& code, const QString& substitution = {})
+    {
+        QString& text = m_texts[code];
+        if (text.isEmpty())
+            text = m_main.messageText(code);
+        return text.isEmpty() ? m_main.messageLine(code, substitution)
+                              : QString(text).replace("$$"_L1, substitution);
     }
 
     /// Lists something that is not in order about the current phone.
@@ -87,11 +127,12 @@ private:
 
     bool generatePhone()
     {
+        const Phone phone = m_main.currentPhone();
         const QString folder = localFolder(m_main.ExpandMacros(m_request.folder));
         if (m_main.stopFlag)
             return false;
         if (!followsPattern(folder, localFolder(m_request.folder))) {
-            remark(m_main.messageLine(u"M269"_s, describe(m_main.currentPhone())));
+            remark(lineOf(u"M269"_s, describe(phone)));
             return true;
         }
         if (folder.isEmpty() || !QDir(folder).exists()) {
@@ -99,10 +140,21 @@ private:
             return false;
         }
         tidyOnce(folder);
-        const auto parameters = m_staging.merge([this](const QString& line) { m_stagingLines << line; });
-        const bool goOn = parameters && dispatch(*parameters, folder);
+        const auto parameters = parametersOf(phone);
+        const bool goOn = parameters && dispatch(phone, *parameters, folder);
         listStagingLines();
         return goOn;
+    }
+
+    /// What the current phone gets; nothing where an unknown macro ends the run. What can't be merged in
+    /// memory without a doubt is merged in the staging table, which tells which rows it refuses, and why.
+    std::optional<QList<MergedParameter>> parametersOf(const Phone& phone)
+    {
+        Merge merged = merge(m_rows.of(phone), phone);
+        if (merged.doubtful.isEmpty())
+            return std::move(merged.parameters);
+        return mergeInTable(m_main, m_request.levels,
+                            [this](const QString& line) { m_stagingLines << line; });
     }
 
     /// Removes what an earlier run was killed over: a half device file holds passwords too.
@@ -121,17 +173,18 @@ private:
             remark(line);
     }
 
-    bool dispatch(const QList<Parameter>& parameters, const QString& folder)
+    bool dispatch(const Phone& phone, const QList<MergedParameter>& parameters, const QString& folder)
     {
-        const Phone phone = m_main.currentPhone();
-        const Recordset modules =
-            m_main.query("SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = '"_L1 + phone.equipment + u'\'');
-        if (modules.recordCount() != 1)
-            return refuse(u"M9"_s, phone.equipment);
-        const Module* module = moduleOf(modules.text(0));
-        if (!module)
-            return refuse(u"M10"_s, phone.equipment + " - "_L1 + modules.text(0));
-        return !module->writer || writeFiles(*module->writer, phone, parameters, folder);
+        if (!m_module) {
+            const Recordset modules = m_main.query("SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = '"_L1 +
+                                                   phone.equipment + u'\'');
+            if (modules.recordCount() != 1)
+                return refuse(u"M9"_s, phone.equipment);
+            m_module = moduleOf(modules.text(0));
+            if (!m_module)
+                return refuse(u"M10"_s, phone.equipment + " - "_L1 + modules.text(0));
+        }
+        return !m_module->writer || writeFiles(*m_module->writer, phone, parameters, folder);
     }
 
     bool refuse(const QString& message, const QString& substitution)
@@ -141,27 +194,29 @@ private:
         return false;
     }
 
-    bool writeFiles(const Writer& writer, const Phone& phone, const QList<Parameter>& parameters,
+    bool writeFiles(const Writer& writer, const Phone& phone, const QList<MergedParameter>& parameters,
                     const QString& folder)
     {
         const DeviceFileNames names = writer.names(phone, m_request.levels);
-        m_report.line(m_main.messageLine(u"M13"_s, names.source + " - "_L1 + phone.description));
+        m_report.line(lineOf(u"M13"_s, names.source + " - "_L1 + phone.description));
         listStagingLines();
         checkAddress(phone);
         if (parameters.isEmpty()) {
-            remark(m_main.messageLine(u"M14"_s));
+            remark(lineOf(u"M14"_s));
             return true;
         }
         // The device file of a template replaces a source copy of the same name, which needs no writing then.
         const bool writesSource = m_request.withSource && names.source != names.device;
         const QString& doubtful = isFileName(names.device) && writesSource ? names.source : names.device;
         if (!isFileName(doubtful)) {
-            remark(m_main.messageLine(u"M268"_s, doubtful));
+            remark(lineOf(u"M268"_s, doubtful));
             return true;
         }
         try {
-            const DeviceFile file = writer.device(phone, parameters);
-            const DeviceFile source = m_request.withSource ? writer.source(parameters) : DeviceFile();
+            const DeviceFile file = writer.device(phone, m_devicePieces.make(writer.devicePiece, parameters));
+            const DeviceFile source = m_request.withSource
+                                          ? writer.source(m_sourcePieces.make(writer.sourcePiece, parameters))
+                                          : DeviceFile();
             if (writesSource)
                 writeWholeFile(pathIn(folder, names.source), source.bytes);
             writeWholeFile(pathIn(folder, names.device), file.bytes);
@@ -174,7 +229,7 @@ private:
             m_main.showMessage(u"M203"_s, describe(phone));
             return false;
         }
-        m_report.line(m_main.messageLine(u"M15"_s));
+        m_report.line(lineOf(u"M15"_s));
         return true;
     }
 
@@ -184,10 +239,10 @@ private:
         if (!m_request.levels.phone)
             return;
         if (!twelveDigits.match(phone.mac).hasMatch())
-            remark(m_main.messageLine(u"M206"_s, phone.mac));
+            remark(lineOf(u"M206"_s, phone.mac));
         QString& owner = m_addresses[phone.mac.toUpper()];
         if (!owner.isEmpty())
-            remark(m_main.messageLine(u"M267"_s, owner));
+            remark(lineOf(u"M267"_s, owner));
         else
             owner = phone.code;
     }
@@ -195,17 +250,23 @@ private:
     void reportLosses(const DeviceFile& file, const DeviceFile& source, const Phone& phone)
     {
         for (const QChar character : file.rejectedDigits)
-            remark(m_main.messageLine(u"M11"_s, character + " - "_L1 + phone.mac));
+            remark(lineOf(u"M11"_s, character + " - "_L1 + phone.mac));
         QStringList lossyCodes = file.lossyCodes + source.lossyCodes;
         lossyCodes.removeDuplicates();
         if (!lossyCodes.isEmpty())
-            remark(m_main.messageLine(u"M202"_s, lossyCodes.join(", "_L1)));
+            remark(lineOf(u"M202"_s, lossyCodes.join(", "_L1)));
     }
 
     MMain& m_main;
     const GenerationRequest& m_request;
     const RunReport& m_report;
-    Staging m_staging;
+    RunRows m_rows;
+    /// The module of all phones, once it is known.
+    const Module* m_module = nullptr;
+    PieceMaker m_devicePieces;
+    PieceMaker m_sourcePieces;
+    /// The texts of the messages, by their codes.
+    QHash<QString, QString> m_texts;
     /// Lines about the parameters of the current phone that are not in the list yet.
     QStringList m_stagingLines;
     QSet<QString> m_tidied;

@@ -1,12 +1,14 @@
 // The run that writes the configuration files of the selected phones.
 #pragma once
 
-#include "generation/staging.h"
+#include "modules/writer.h"
 #include "runs/run_report.h"
 
 #include <optional>
 
 namespace velmora {
+
+class MMain;
 
 /// What a run is to write.
 struct GenerationRequest {

@@ -6,6 +6,7 @@
 #include "schema/version.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -15,7 +16,6 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QScreen>
-#include <QSettings>
 #include <QStatusBar>
 
 #include <algorithm>
@@ -55,12 +55,8 @@ void focusFirstInput(QWidget& window)
 
 } // namespace
 
-FMain::FMain(MMain& main, const QString& settings)
-    : m_main(main),
-      m_settings(settings),
-      m_pages(new QStackedWidget),
-      m_start(new FStart(main)),
-      m_children(new QMdiArea)
+FMain::FMain(MMain& main)
+    : m_main(main), m_pages(new QStackedWidget), m_start(new FStart(main)), m_children(new QMdiArea)
 {
     setObjectName(u"FMain"_s);
     setWindowTitle(u"Velmora"_s);
@@ -74,8 +70,7 @@ FMain::FMain(MMain& main, const QString& settings)
     createMenu();
     setActions({});
     resize(QSize(1100, 760).boundedTo(screen()->availableSize()));
-    if (!m_settings.isEmpty())
-        restoreGeometry(QSettings(m_settings, QSettings::IniFormat).value(u"FMain"_s).toByteArray());
+    restoreGeometry(m_main.remembered.value(objectName()).toByteArray());
     connect(&m_main.batch, &Batch::runningChanged, this, [this](bool running) {
         if (!running && std::exchange(m_closeAfterRun, false))
             QMetaObject::invokeMethod(this, &FMain::close, Qt::QueuedConnection);
@@ -142,18 +137,15 @@ void FMain::createWindowsMenu()
 
 void FMain::restoreChild(QMdiSubWindow& child)
 {
-    if (m_settings.isEmpty())
-        return;
-    const QRect kept =
-        QSettings(m_settings, QSettings::IniFormat).value(child.widget()->objectName()).toRect();
+    const QRect kept = m_main.remembered.value(child.widget()->objectName()).toRect();
     if (kept.isValid())
         child.setGeometry(kept);
 }
 
 void FMain::keepChild(const QMdiSubWindow& child)
 {
-    if (!m_settings.isEmpty() && child.widget() && !child.isMaximized() && !child.isMinimized())
-        QSettings(m_settings, QSettings::IniFormat).setValue(child.widget()->objectName(), child.geometry());
+    if (child.widget() && !child.isMaximized() && !child.isMinimized())
+        m_main.remembered.set(child.widget()->objectName(), child.geometry());
 }
 
 void FMain::setActions(const Actions& actions)
@@ -167,8 +159,12 @@ void FMain::setActions(const Actions& actions)
         action->setStatusTip(hint(item.control, exists));
         action->disconnect(this);
         if (all.contains(item.control))
-            connect(action, &QAction::triggered, this,
-                    [this, open = all[item.control]] { reportFailures(m_main, open); });
+            connect(action, &QAction::triggered, this, [this, open = all[item.control]] {
+                reportFailures(m_main, [&open] {
+                    const WaitCursor waiting;
+                    open();
+                });
+            });
     }
     m_start->setItems(reachableItems());
 }
@@ -256,8 +252,8 @@ void FMain::closeEvent(QCloseEvent* event)
     }
     m_children->closeAllSubWindows();
     event->setAccepted(!m_children->currentSubWindow());
-    if (event->isAccepted() && !m_settings.isEmpty())
-        QSettings(m_settings, QSettings::IniFormat).setValue(u"FMain"_s, saveGeometry());
+    if (event->isAccepted())
+        m_main.remembered.set(objectName(), saveGeometry());
 }
 
 bool FMain::eventFilter(QObject* watched, QEvent* event)

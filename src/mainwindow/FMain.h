@@ -22,8 +22,7 @@ class FMain : public QMainWindow {
 public:
     using Actions = QHash<QString, std::function<void()>>;
 
-    /// Sizes and places of the windows are kept in the file `settings`; nowhere when it is empty.
-    explicit FMain(MMain& main, const QString& settings = {});
+    explicit FMain(MMain& main);
 
     /// Sets what each menu item does, by control name, and enables what the user may use.
     void setActions(const Actions& actions);
@@ -57,7 +56,6 @@ private:
     void showStartPage();
 
     MMain& m_main;
-    const QString m_settings;
     /// Of the start page and the children, one is shown.
     QStackedWidget* m_pages;
     FStart* m_start;

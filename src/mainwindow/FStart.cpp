@@ -1,8 +1,10 @@
 #include "mainwindow/FStart.h"
 
 #include "common/MMain.h"
+#include "common/texts/refusal.h"
 #include "mainwindow/company_overview.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -16,8 +18,12 @@ namespace velmora {
 
 namespace {
 
-/// The first column of the companies that is a number of phones.
+/// The first column of the companies that is a number of phones: of all, then of each model.
 constexpr int firstCount = 2;
+
+/// The items of the menu by which a company with phones is usually used next, and one that has none yet.
+const QStringList nextWithPhones = {u"GenConf"_s, u"Reboot"_s, u"PbGen"_s, u"PbImp"_s, u"PbExp"_s};
+const QStringList nextWithoutPhones = {u"Ranges"_s, u"Config"_s};
 
 /// An item of the menu, and the title of the window that it opens: the code of the text, and what stands for
 /// it where the database holds none.
@@ -130,7 +136,16 @@ QWidget* FStart::createCompanies()
     m_hint->setTextFormat(Qt::PlainText);
     layout->addWidget(heading(caption));
     layout->addWidget(m_companies, 1);
+    m_next = new QLabel;
+    m_next->setObjectName(u"Next"_s);
+    m_next->setWordWrap(true);
+    m_next->setTextFormat(Qt::PlainText);
+    layout->addWidget(m_next);
     layout->addWidget(m_hint, 1);
+    connect(m_companies, &QTreeWidget::itemSelectionChanged, this,
+            [this] { choose(m_companies->selectedItems().value(0)); });
+    connect(m_companies, &QTreeWidget::itemActivated, this,
+            [this](QTreeWidgetItem* company, int place) { open(*company, place); });
     return column;
 }
 
@@ -197,13 +212,26 @@ void FStart::showEvent(QShowEvent* event)
     try {
         readCompanies();
     } catch (const DatabaseError& error) {
-        showHint(error.description());
+        const QString reason = unreachableReason(m_main, error);
+        showHint(reason.isEmpty() ? error.description() : reason);
     }
     if (!event->spontaneous())
         focusFirst();
 }
 
 void FStart::readCompanies()
+{
+    const WaitCursor waiting;
+    const QSignalBlocker quiet(m_companies);
+    fillCompanies();
+    const QString last = m_main.remembered.value(Remembered::lastCompany).toString();
+    for (int row = 0; row < m_companies->topLevelItemCount(); ++row)
+        if (QTreeWidgetItem* company = m_companies->topLevelItem(row); company->text(0) == last)
+            m_companies->setCurrentItem(company);
+    choose(m_companies->currentItem());
+}
+
+void FStart::fillCompanies()
 {
     const QList<CompanyOverview> companies = companyOverview(m_main);
     const QStringList models = modelsOf(companies);
@@ -223,8 +251,35 @@ void FStart::readCompanies()
         m_companies->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     for (int column = 0; column < captions.size(); ++column)
         m_companies->resizeColumnToContents(column);
-    m_companies->setCurrentItem(m_companies->topLevelItem(0));
     showHint(companies.isEmpty() ? m_main.messageLine(u"M300"_s, m_steps[u"Config"_s]->text()) : QString());
+}
+
+/// What is usually done next with the company, of what the user can get at; null where that is nothing.
+QPushButton* FStart::nextStep(const QTreeWidgetItem& company) const
+{
+    for (const QString& step : company.text(firstCount) == "0"_L1 ? nextWithoutPhones : nextWithPhones)
+        if (m_steps[step]->isVisibleTo(this))
+            return m_steps[step];
+    return nullptr;
+}
+
+/// The windows that are opened next propose it.
+void FStart::choose(const QTreeWidgetItem* company)
+{
+    const QPushButton* next = company ? nextStep(*company) : nullptr;
+    m_next->setText(next ? m_main.messageLine(u"M236"_s).arg(next->text(), company->text(0)) : QString());
+    if (company)
+        m_main.remembered.set(Remembered::lastCompany, company->text(0));
+}
+
+void FStart::open(const QTreeWidgetItem& company, int column)
+{
+    choose(&company); // the keyboard may be on one that is not selected
+    const bool ofModel = column > firstCount && !company.text(column).isEmpty();
+    if (ofModel)
+        m_main.remembered.set(Remembered::lastEquipment, m_companies->headerItem()->text(column));
+    if (QPushButton* next = nextStep(company))
+        next->click();
 }
 
 /// Shows the text in place of the companies; the companies where it is empty.
@@ -233,6 +288,7 @@ void FStart::showHint(const QString& text)
     m_hint->setText(text);
     m_hint->setVisible(!text.isEmpty());
     m_companies->setVisible(text.isEmpty());
+    m_next->setVisible(text.isEmpty());
 }
 
 } // namespace velmora

@@ -16,7 +16,8 @@ namespace velmora {
 class MMain;
 
 /// Offers what is usually done next, and shows the companies with the number of their phones per model. They
-/// are read anew whenever the page appears, since what was done meanwhile may have changed them.
+/// are read anew whenever the page appears, since what was done meanwhile may have changed them. The windows
+/// open with the company that is selected; Enter or a double click opens the one that is used next with it.
 class FStart : public QWidget {
     Q_OBJECT
 
@@ -39,6 +40,10 @@ private:
     QWidget* createLanguages();
     void focusFirst();
     void readCompanies();
+    void fillCompanies();
+    void choose(const QTreeWidgetItem* company);
+    void open(const QTreeWidgetItem& company, int column);
+    QPushButton* nextStep(const QTreeWidgetItem& company) const;
     void showHint(const QString& text);
     void storeLanguage(const QString& language, const std::function<void(const QString&)>& store);
 
@@ -46,6 +51,8 @@ private:
     /// By the name of the menu item that each stands for.
     QHash<QString, QPushButton*> m_steps;
     QTreeWidget* m_companies = nullptr;
+    /// What opens the selected company.
+    QLabel* m_next = nullptr;
     /// Stands in the place of the companies where there are none.
     QLabel* m_hint = nullptr;
     QWidget* m_languageBox = nullptr;

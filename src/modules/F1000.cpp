@@ -14,30 +14,24 @@ DeviceFileNames names(const Phone& phone, const Levels& levels)
     return {name + ".ini"_L1, name + ".txt"_L1};
 }
 
-DeviceFile keyValueLines(const QList<Parameter>& parameters, bool withComments)
+Piece devicePiece(const Parameter& parameter)
 {
-    DeviceFile file;
-    for (const Parameter& parameter : parameters) {
-        const auto append = [&](QStringView text) { appendPiece(file, parameter.code, text); };
-        if (withComments)
-            append(QString("<!-- "_L1 + parameter.description + " -->\r\n"_L1));
-        append(QString(parameter.code + u'=' + parameter.value + "\r\n"_L1));
-    }
-    return file;
+    return pieceOf(parameter, {parameter.code, u"=", parameter.value, u"\r\n"});
 }
 
-DeviceFile device(const Phone&, const QList<Parameter>& parameters)
+Piece sourcePiece(const Parameter& parameter)
 {
-    return keyValueLines(parameters, false);
+    return pieceOf(parameter, {u"<!-- ", parameter.description, u" -->\r\n", parameter.code, u"=",
+                               parameter.value, u"\r\n"});
 }
 
-DeviceFile source(const QList<Parameter>& parameters)
+DeviceFile device(const Phone&, const Pieces& pieces)
 {
-    return keyValueLines(parameters, true);
+    return joined(pieces);
 }
 
 } // namespace
 
-const Writer F1000 = {names, device, source};
+const Writer F1000 = {names, devicePiece, sourcePiece, device, joined};
 
 } // namespace velmora

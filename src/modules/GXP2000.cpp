@@ -1,5 +1,6 @@
 #include "modules/GXP2000.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -39,16 +40,31 @@ DeviceFile startImage(const Phone& phone)
     return image;
 }
 
-void appendParameters(DeviceFile& image, const QList<Parameter>& parameters)
+Piece devicePiece(const Parameter& parameter)
 {
-    for (auto parameter = parameters.rbegin(); parameter != parameters.rend(); ++parameter) {
-        if (image.bytes.size() > headerSize)
-            image.bytes += '&';
-        image.bytes += 'P';
-        appendPiece(image, parameter->code, parameter->code);
-        image.bytes += '=';
-        appendPiece(image, parameter->code, parameter->value);
+    return pieceOf(parameter, {u"P", parameter.code, u"=", parameter.value});
+}
+
+Piece sourcePiece(const Parameter& parameter)
+{
+    return pieceOf(parameter, {u"# ", parameter.description, u"\r\nP", parameter.code, u" = ",
+                               parameter.value, u"\r\n"});
+}
+
+/// In one piece of memory, since it is half the work of an image.
+void appendParameters(DeviceFile& image, const Pieces& pieces)
+{
+    const qsizetype before = image.bytes.size();
+    image.bytes.resize(before + sizeOf(pieces) + pieces.size());
+    char* const start = image.bytes.data();
+    char* end = start + before;
+    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
+        if (end - start > headerSize)
+            *end++ = '&';
+        end = std::copy((*piece)->bytes.begin(), (*piece)->bytes.end(), end);
+        image.noteLoss(**piece);
     }
+    image.bytes.truncate(end - start);
     image.bytes += "&gnkey=7c3e";
 }
 
@@ -56,20 +72,16 @@ void appendParameters(DeviceFile& image, const QList<Parameter>& parameters)
 std::uint32_t checksum(const QByteArray& image)
 {
     std::uint32_t sum = 0;
-    for (qsizetype position = 0; position < image.size(); position += 2) {
-        const std::uint32_t word = static_cast<std::uint8_t>(image[position]) * 256U +
-                                   static_cast<std::uint8_t>(image[position + 1]);
-        sum += 65535 - word;
-        if (sum > 65535)
-            sum -= 65536;
-    }
-    return sum;
+    for (qsizetype position = 0; position < image.size(); position += 2)
+        sum += 65535 - (static_cast<std::uint8_t>(image[position]) * 256U +
+                        static_cast<std::uint8_t>(image[position + 1]));
+    return sum % 65536;
 }
 
-DeviceFile device(const Phone& phone, const QList<Parameter>& parameters)
+DeviceFile device(const Phone& phone, const Pieces& pieces)
 {
     DeviceFile image = startImage(phone);
-    appendParameters(image, parameters);
+    appendParameters(image, pieces);
     if (image.bytes.size() % 2 != 0)
         image.bytes += '\0';
     if (image.bytes.size() > largestImage)
@@ -81,20 +93,9 @@ DeviceFile device(const Phone& phone, const QList<Parameter>& parameters)
     return image;
 }
 
-DeviceFile source(const QList<Parameter>& parameters)
-{
-    DeviceFile file;
-    for (const Parameter& parameter : parameters) {
-        appendPiece(file, parameter.code, QString("# "_L1 + parameter.description + "\r\n"_L1));
-        appendPiece(file, parameter.code,
-                    QString(u'P' + parameter.code + " = "_L1 + parameter.value + "\r\n"_L1));
-    }
-    return file;
-}
-
 } // namespace
 
-const Writer GXP2000 = {names, device, source};
+const Writer GXP2000 = {names, devicePiece, sourcePiece, device, joined};
 
 std::int32_t HexDec(QStringView text, const std::function<void(QChar)>& rejected)
 {

@@ -14,33 +14,34 @@ DeviceFileNames names(const Phone& phone, const Levels& levels)
     return {name, name};
 }
 
-DeviceFile profile(const QList<Parameter>& parameters, bool withComments)
+Piece devicePiece(const Parameter& parameter)
 {
-    DeviceFile file;
-    file.bytes = "<flat-profile>\r\n";
-    for (const Parameter& parameter : parameters) {
-        const auto append = [&](QStringView text) { appendPiece(file, parameter.code, text); };
-        if (withComments)
-            append(QString("<!-- "_L1 + parameter.description + " -->\r\n"_L1));
-        append(
-            QString(u'<' + parameter.code + u'>' + parameter.value + "</"_L1 + parameter.code + ">\r\n"_L1));
-    }
-    file.bytes += "</flat-profile>\r\n";
-    return file;
+    return pieceOf(parameter, {u"<", parameter.code, u">", parameter.value, u"</", parameter.code, u">\r\n"});
 }
 
-DeviceFile device(const Phone&, const QList<Parameter>& parameters)
+Piece sourcePiece(const Parameter& parameter)
 {
-    return profile(parameters, false);
+    Piece piece = pieceOf(parameter, {u"<!-- ", parameter.description, u" -->\r\n"});
+    const Piece element = devicePiece(parameter);
+    piece.bytes += element.bytes;
+    piece.isLossy = piece.isLossy || element.isLossy;
+    return piece;
 }
 
-DeviceFile source(const QList<Parameter>& parameters)
+DeviceFile source(const Pieces& pieces)
 {
-    return profile(parameters, true);
+    DeviceFile profile = joined(pieces);
+    profile.bytes = "<flat-profile>\r\n" + profile.bytes + "</flat-profile>\r\n";
+    return profile;
+}
+
+DeviceFile device(const Phone&, const Pieces& pieces)
+{
+    return source(pieces);
 }
 
 } // namespace
 
-const Writer PAP2 = {names, device, source};
+const Writer PAP2 = {names, devicePiece, sourcePiece, device, source};
 
 } // namespace velmora

@@ -7,6 +7,8 @@
 #include <QList>
 #include <QStringList>
 
+#include <initializer_list>
+
 namespace velmora {
 
 /// Which levels of parameters a run includes.
@@ -29,6 +31,17 @@ struct DeviceFileNames {
     QString source;
 };
 
+/// The bytes that a parameter takes in a file, which are the same for every phone that has it.
+struct Piece {
+    QString code;
+    QByteArray bytes;
+    /// Whether a character outside Windows-1252 was written as "?".
+    bool isLossy = false;
+};
+
+/// The pieces of a file, in ascending code order.
+using Pieces = QList<const Piece*>;
+
 /// The bytes of a file, and what could not be written into it as it stood.
 struct DeviceFile {
     QByteArray bytes;
@@ -36,13 +49,21 @@ struct DeviceFile {
     QStringList lossyCodes;
     /// The characters of the MAC address that are no hexadecimal digits.
     QString rejectedDigits;
+
+    void noteLoss(const Piece& piece)
+    {
+        if (piece.isLossy)
+            lossyCodes << piece.code;
+    }
 };
 
-/// The writer of one module: pure functions, no file is touched. Parameters come in ascending code order.
+/// The writer of one module: pure functions, no file is touched.
 struct Writer {
     DeviceFileNames (*names)(const Phone& phone, const Levels& levels);
-    DeviceFile (*device)(const Phone& phone, const QList<Parameter>& parameters);
-    DeviceFile (*source)(const QList<Parameter>& parameters);
+    Piece (*devicePiece)(const Parameter& parameter);
+    Piece (*sourcePiece)(const Parameter& parameter);
+    DeviceFile (*device)(const Phone& phone, const Pieces& pieces);
+    DeviceFile (*source)(const Pieces& pieces);
 };
 
 /// The base name of a template: the model, followed by " - " and the company when company values are
@@ -52,7 +73,13 @@ QString templateBaseName(const Phone& phone, const Levels& levels);
 /// The name of a phone's source copy: code, " - ", MAC address, ".TXT".
 QString sourceCopyName(const Phone& phone);
 
-/// Appends one piece of a parameter, noting its code in `file` when a character was lost.
-void appendPiece(DeviceFile& file, const QString& code, QStringView text);
+/// The piece of a parameter that stands in a file as these texts, one after the other.
+Piece pieceOf(const Parameter& parameter, std::initializer_list<QStringView> texts);
+
+/// How many bytes the pieces take.
+qsizetype sizeOf(const Pieces& pieces);
+
+/// A file of pieces one after the other.
+DeviceFile joined(const Pieces& pieces);
 
 } // namespace velmora

@@ -2,7 +2,7 @@
 
 #include "common/MMain.h"
 #include "ranges/ranges.h"
-#include "runs/phone_selection.h"
+#include "runs/SelectionPanel.h"
 
 #include <QFormLayout>
 #include <QRegularExpressionValidator>
@@ -23,8 +23,9 @@ FRgen::FRgen(MMain& main)
     addInput(createForm());
     for (const ListEntry& company : companies(m_main))
         m_company->addItem(company.text());
-    m_company->setCurrentIndex(-1);
-    connect(m_company, &QComboBox::activated, this, &FRgen::enableStart);
+    makeSearchable(*m_company);
+    chooseLastCompany(m_main, *m_company);
+    connect(m_company, &QComboBox::activated, this, &FRgen::chooseCompany);
     connect(m_from, &QLineEdit::textChanged, this, &FRgen::enableStart);
     connect(m_to, &QLineEdit::textChanged, this, &FRgen::enableStart);
     connect(m_remove, &QCheckBox::toggled, this, &FRgen::nameStart);
@@ -57,6 +58,18 @@ QWidget* FRgen::createForm()
     return form;
 }
 
+void FRgen::chooseCompany()
+{
+    m_main.remembered.set(Remembered::lastCompany, company());
+    enableStart();
+}
+
+QString FRgen::company() const
+{
+    // Not what is being typed.
+    return codeOf(m_company->itemText(m_company->currentIndex()));
+}
+
 QString FRgen::missing() const
 {
     const bool complete =
@@ -72,9 +85,7 @@ void FRgen::nameStart()
 
 bool FRgen::run()
 {
-    return generateRanges(
-        m_main, {codeOf(m_company->currentText()), m_from->text(), m_to->text(), m_remove->isChecked()},
-        report());
+    return generateRanges(m_main, {company(), m_from->text(), m_to->text(), m_remove->isChecked()}, report());
 }
 
 void FRgen::stop()

@@ -21,6 +21,8 @@ private:
     void stop() override;
     QString missing() const override;
     void nameStart();
+    void chooseCompany();
+    QString company() const;
 
     QComboBox* m_company;
     QLineEdit* m_from;

@@ -2,6 +2,7 @@
 
 #include "common/MMain.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QCompleter>
 #include <QFormLayout>
@@ -15,6 +16,14 @@ namespace velmora {
 
 namespace {
 
+/// The entry of that code; -1 where it is not offered.
+int entryOf(const QComboBox& list, const QString& code)
+{
+    return code.isEmpty()
+               ? -1
+               : list.findText(ListEntry{code, {}}.text(), Qt::MatchStartsWith | Qt::MatchCaseSensitive);
+}
+
 /// Entries in a list of that kind may be many thousands: they are one model, and neither the width nor the
 /// height of each of them is asked for.
 void prepareForMany(QComboBox& list)
@@ -26,14 +35,14 @@ void prepareForMany(QComboBox& list)
             entries->setUniformItemSizes(true);
 }
 
-/// Finds entries by any part of their text. What is typed and is no entry is given up.
+} // namespace
+
 void makeSearchable(QComboBox& list)
 {
     list.setEditable(true);
     list.setInsertPolicy(QComboBox::NoInsert);
     list.completer()->setFilterMode(Qt::MatchContains);
     list.completer()->setCompletionMode(QCompleter::PopupCompletion);
-    prepareForMany(list);
     list.setMaxVisibleItems(20);
     list.setStyleSheet(
         u"QComboBox { combobox-popup: 0; }"_s); // a list of that height, not one of the whole screen
@@ -43,7 +52,10 @@ void makeSearchable(QComboBox& list)
     });
 }
 
-} // namespace
+void chooseLastCompany(const MMain& main, QComboBox& companies)
+{
+    companies.setCurrentIndex(entryOf(companies, main.remembered.value(Remembered::lastCompany).toString()));
+}
 
 SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidget(parent), m_main(main)
 {
@@ -57,22 +69,27 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
         filter->setEnabled(list == 1);
         filter->setMinimumContentsLength(30);
         makeSearchable(*filter);
+        prepareForMany(*filter);
         auto* label = new QLabel(captions[list - 1]);
         label->setObjectName(u"FLab_%1"_s.arg(list));
         label->setBuddy(filter);
         layout->addRow(label, filter);
         m_filters << filter;
-        connect(filter, &QComboBox::activated, this,
-                [this, list] { reportFailures(m_main, [this, list] { chosen(list); }); });
+        connect(filter, &QComboBox::activated, this, [this, list] {
+            reportFailures(m_main, [this, list] {
+                const WaitCursor waiting;
+                chosen(list);
+            });
+        });
     }
     fill(1, companies(m_main));
 }
 
 void SelectionPanel::chooseLast()
 {
-    const QString equipment = m_main.lastEquipment;
+    const QString equipment = m_main.remembered.value(Remembered::lastEquipment).toString();
     reportFailures(m_main, [&] {
-        if (choose(1, m_main.lastCompany))
+        if (choose(1, m_main.remembered.value(Remembered::lastCompany).toString()))
             choose(2, equipment);
     });
 }
@@ -80,10 +97,9 @@ void SelectionPanel::chooseLast()
 /// Chooses the entry of that code, if there is one, as a user would.
 bool SelectionPanel::choose(int list, const QString& wanted)
 {
-    if (wanted.isEmpty() || list > m_filters.size())
+    if (list > m_filters.size())
         return false;
-    const int entry = m_filters[list - 1]->findText(ListEntry{wanted, {}}.text(),
-                                                    Qt::MatchStartsWith | Qt::MatchCaseSensitive);
+    const int entry = entryOf(*m_filters[list - 1], wanted);
     if (entry < 0)
         return false;
     m_filters[list - 1]->setCurrentIndex(entry);
@@ -125,7 +141,7 @@ void SelectionPanel::chosen(int list)
 {
     switch (list) {
     case 1:
-        m_main.lastCompany = company();
+        m_main.remembered.set(Remembered::lastCompany, company());
         for (int later = 2; later <= m_filters.size(); ++later)
             clear(later);
         Q_EMIT companyChosen();
@@ -133,7 +149,7 @@ void SelectionPanel::chosen(int list)
             fill(2, modelsOf(m_main, company()));
         break;
     case 2:
-        m_main.lastEquipment = equipment();
+        m_main.remembered.set(Remembered::lastEquipment, equipment());
         Q_EMIT equipmentChosen();
         break;
     case 3:

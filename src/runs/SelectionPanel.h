@@ -10,6 +10,12 @@
 
 namespace velmora {
 
+/// Finds entries by any part of their text. What is typed and is no entry is given up.
+void makeSearchable(QComboBox& list);
+
+/// Chooses the company that was chosen last in any window; none where it is not offered.
+void chooseLastCompany(const MMain& main, QComboBox& companies);
+
 /// Up to four drop-down lists, `Filter` 1 to 4: company, model, first phone, last phone. Choosing an entry
 /// refills the lists after it. Each list shows nothing until something is chosen.
 class SelectionPanel : public QWidget {

@@ -1,6 +1,7 @@
 #include "windows/failure_report.h"
 
 #include "common/MMain.h"
+#include "common/texts/refusal.h"
 #include "files/file_error.h"
 
 using namespace Qt::StringLiterals;
@@ -13,7 +14,12 @@ bool reportFailures(MMain& main, const std::function<void()>& handler)
         handler();
         return true;
     } catch (const DatabaseError& error) {
-        main.prompts.show("Database error: "_L1 + error.description(), error.statement());
+        const QString words = "Database error: "_L1 + error.description();
+        const QString reason = unreachableReason(main, error);
+        if (reason.isEmpty())
+            main.prompts.show(words, error.statement());
+        else
+            main.prompts.show(reason, words + u'\n' + error.statement());
     } catch (const FileError& error) {
         main.prompts.show(error.path() + ": "_L1 + error.description(), {});
     }

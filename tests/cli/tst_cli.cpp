@@ -26,7 +26,11 @@ private Q_SLOTS:
     void keepsPhoneBooks();
     void endsWithAMessageWhenAFileFails();
     void tellsThatOutputIsLost();
+    void undoesAKilledImport_data();
     void undoesAKilledImport();
+    void transfersTables();
+    void asksForTheTablesPassword();
+    void carriesOutTheLinesOfTheManual();
     void obeysMenuRights();
     void changesTheLanguage_data();
     void changesTheLanguage();
@@ -40,6 +44,8 @@ private:
     /// Starts the program with arguments that are separated by blanks.
     void start(QProcess& program, const QString& arguments) const;
     Result run(const QString& arguments) const;
+    /// The same with the password of a table in the environment.
+    Result runWithPassword(const QString& password, const QString& arguments) const;
     QStringList inDatabase(const QString& query) const;
     void execute(const QString& statement) const;
 
@@ -128,6 +134,14 @@ void tst_cli::answers_data()
         "answered no; --yes answers yes\n");
     row("no digits", "ranges add --company LUNA --from 901 --to 9o2", 2, "",
         "--to: up to nine digits are needed, not 9o2"_L1 + help);
+    row("a table", "table export levels", 0,
+        "LE_CODE,LE_DESC\r\nC,Company: set for a company and model\r\nD,Device: set on the device itself\r\n"
+        "E,Equipment: the default of the catalogue\r\nP,Phone: set for each phone\r\n",
+        "4 records\n");
+    row("a table for a spreadsheet", "table export COMPANY --separator ;", 0,
+        "CO_CODE;CO_DESC\r\nLUNA;Luna Bakeries\r\nNORD;Nordhafen Logistics\r\n", "2 records\n");
+    row("no separator", "table export COMPANY --separator x", 2, "",
+        "--separator: one character or \"tab\" is needed, not x"_L1 + help);
     row("no command", "", 2, "", "A subcommand is required"_L1 + help);
     row("unknown command", "lists", 2, "", "The following argument was not expected: lists"_L1 + help);
     row("version", "--version", 0, "velmora-cli 1.1.42\n", "");
@@ -239,23 +253,138 @@ void tst_cli::tellsThatOutputIsLost()
     }
 }
 
+void tst_cli::undoesAKilledImport_data()
+{
+    // each: a line of the file for the entry of a number
+    columns<QString, QByteArray, QByteArray, QString>("file", "head", "each", "command");
+    row("phone book", "confUsers.ini", QByteArray("[Users]\n"),
+        QByteArray("[User]\nName=A\nSurname=B\nExtension=%\n"),
+        "phonebook import --company LUNA --equipment GXP2000 --folder ");
+    row("table", "book.csv", QByteArray("CO_CODE,BK_NUM,BK_FLAG\n"), QByteArray("LUNA,%,V\n"),
+        "table import PHONE_BOOK --file ");
+}
+
 void tst_cli::undoesAKilledImport()
 {
+    QFETCH(QString, file);
+    QFETCH(QByteArray, head);
+    QFETCH(QByteArray, each);
+    QFETCH(QString, command);
     const auto book = u"SELECT CO_CODE || BK_NUM || BK_NAME || BK_FLAG FROM PHONE_BOOK ORDER BY 1"_s;
     const QStringList before = inDatabase(book);
     QVERIFY(before.size() > 10);
-    QByteArray users = "[Users]\n";
+    QByteArray entries = head;
     for (int number = 10'000; number < 99'999; ++number)
-        users += "[User]\nName=A\nSurname=B\nExtension=" + QByteArray::number(number) + '\n';
-    m_folder->write(u"confUsers.ini"_s, users);
+        entries += QByteArray(each).replace('%', QByteArray::number(number));
+    m_folder->write(file, entries);
     QProcess program;
-    start(program, "phonebook import --company LUNA --equipment GXP2000 --folder "_L1 + m_folder->path());
+    start(program, command + (command.endsWith("--file "_L1) ? m_folder->file(file) : m_folder->path()));
     // Until a part of it has reached the file.
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(m_folder->file(u"velmora.db-wal"_s)).size() > 0, 60000);
     program.kill();
     program.waitForFinished();
     QCOMPARE(program.exitStatus(), QProcess::CrashExit);
     QCOMPARE(inDatabase(book), before);
+}
+
+void tst_cli::transfersTables()
+{
+    const QString list = run(u"table list"_s).out;
+    QVERIFY2(list.startsWith("COMPANY\tCompany\nRANGES\tRanges\n"_L1) && list.count(u'\n') == 12,
+             qPrintable(list));
+    const QString file = m_folder->file(u"phones.csv"_s);
+    QCOMPARE(run("table export PHONES --separator tab --file "_L1 + file).err, u"42 records\n"_s);
+    QCOMPARE(readWholeFile(file).count('\t'), 43 * 4);
+    const QString import = "table import PHONES --file "_L1 + file;
+    QCOMPARE(run(import).err, u"0 new, 0 changed, 42 same, 0 refused\n"_s);
+
+    m_folder->write(u"phones.csv"_s,
+                    "CO_CODE;PH_CODE;PH_DESC;Notes\r\nLUNA;101;\"Front\tdesk\";x\r\nLUNA;990;New;\r\n");
+    const QString changed = u"2\tchanged\tLUNA, 101\tPH_DESC: \"Reception\" -> \"Front\\tdesk\"\n"_s;
+    const QString refused = u"3\trefused\tLUNA, 990\tThe code is not in its company's range.\n"_s;
+    const QString added =
+        u"3\tnew\tLUNA, 990\tThe code is added to its company's range.; The phone has no MAC address.\n"_s;
+    const QString further = u"Columns passed over, since the table has none of that name: Notes\n"_s;
+    const auto names = [this] {
+        return inDatabase(
+            u"SELECT PH_DESC FROM PHONES WHERE CO_CODE = 'LUNA' AND PH_CODE IN ('101', '990')"_s);
+    };
+    const auto check = [&](const QString& options, int status, const QString& out, const QString& err) {
+        const Result result = run(import + options);
+        QCOMPARE(result.out, out);
+        QCOMPARE(result.err, further + err);
+        QCOMPARE(result.status, status);
+    };
+    check({}, 1, changed + refused, u"0 new, 1 changed, 0 same, 1 refused\nNothing was written.\n"_s);
+    check(u" --add-ranges --dry-run"_s, 0, changed + added,
+          u"1 new, 1 changed, 0 same, 0 refused\nNothing was written.\n"_s);
+    QCOMPARE(names(), QStringList(u"Reception"_s));
+    check(u" --skip-refused"_s, 0, changed + refused, u"0 new, 1 changed, 0 same, 1 refused\n"_s);
+    QCOMPARE(names(), QStringList(u"Front\tdesk"_s));
+    check(u" --add-ranges"_s, 0, u"2\tsame\tLUNA, 101\t\n"_s + added,
+          u"1 new, 0 changed, 1 same, 0 refused\n"_s);
+    QCOMPARE(names(), QStringList({u"Front\tdesk"_s, u"New"_s}));
+    execute(u"DELETE FROM PHONES WHERE PH_CODE = '990'"_s);
+
+    const Result noFile = run(u"table import PHONES --file /dev/zero"_s);
+    QCOMPARE(noFile.err, u"/dev/zero: The file is larger than 64 MB.\n"_s);
+    QCOMPARE(noFile.status, 1);
+}
+
+tst_cli::Result tst_cli::runWithPassword(const QString& password, const QString& arguments) const
+{
+    qputenv("VELMORA_TABLE_PASSWORD", password.toUtf8());
+    const Result result = run(arguments);
+    qunsetenv("VELMORA_TABLE_PASSWORD");
+    return result;
+}
+
+void tst_cli::asksForTheTablesPassword()
+{
+    execute(u"INSERT INTO SYSTEM_PARAMETERS VALUES('SYSTEM_PARAMETERS', '$$PWD', 'one'), "
+            "('$$SYSTEM_PARAMETERS', '$$PWD2', 'two')"_s);
+    const auto exporting = u"table export SYSTEM_PARAMETERS"_s;
+    QVERIFY(run(exporting).err.startsWith(
+        "The table is protected by a password. Put it into the variable VELMORA_TABLE_PASSWORD"_L1));
+    QCOMPARE(runWithPassword(u"three"_s, exporting).err, u"The password is not right.\n"_s);
+    const Result rows = runWithPassword(u"one"_s, exporting);
+    QVERIFY(rows.out.contains("AUTHC,*,*\r\n"_L1) && !rows.out.contains("\n$$"_L1));
+    const Result systemRows = runWithPassword(u"two"_s, exporting);
+    QVERIFY(systemRows.out.contains("\n$$LNG,$,EN\r\n"_L1) && !systemRows.out.contains("\nAUTHC"_L1));
+    execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE IN ('$$PWD', '$$PWD2')"_s);
+}
+
+/// What the manual tells to type, as it stands there.
+void tst_cli::carriesOutTheLinesOfTheManual()
+{
+    for (const QString& language : {u"en"_s, u"fr"_s}) {
+        const QString page =
+            QString::fromUtf8(readWholeFile(u"" VELMORA_SHARE "/manual/"_s + language + ".htm"_L1));
+        const QString chapter = page.section(u"name=\"tenlines\""_s, 1);
+        const auto block = [&](int number) {
+            const QString text = chapter.section(u"<pre>\n"_s, number, number).section(u"</pre>"_s, 0, 0);
+            return QString(text)
+                .replace("&lt;"_L1, "<"_L1)
+                .replace("&gt;"_L1, ">"_L1)
+                .replace("&amp;"_L1, "&"_L1);
+        };
+        QVERIFY(block(2).count(u'\n') <= 11);
+        m_folder->write(u"list.csv"_s, block(1).replace(u'\n', "\r\n"_L1).toUtf8());
+        QProcess shell;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"PATH"_s, QFileInfo(QStringLiteral(VELMORA_CLI)).path() + u':' +
+                                          environment.value(u"PATH"_s));
+        environment.insert(u"VELMORA_HOME"_s, m_folder->path());
+        shell.setProcessEnvironment(environment);
+        shell.setWorkingDirectory(m_folder->path());
+        shell.start(u"sh"_s, {u"-e"_s, u"-c"_s, block(2)});
+        QVERIFY(shell.waitForFinished());
+        QVERIFY2(shell.exitCode() == 0, shell.readAllStandardError().constData());
+        const QByteArray written = readWholeFile(m_folder->file(u"cfg0200A0030001"_s));
+        QVERIFY(written.contains("&P34=pw-101&") && written.contains("&P35=101&"));
+        for (const QString& table : {u"PHONES_PARAMETERS"_s, u"PHONES"_s, u"RANGES"_s, u"COMPANY"_s})
+            execute("DELETE FROM "_L1 + table + " WHERE CO_CODE = 'SOLE'"_L1);
+    }
 }
 
 void tst_cli::obeysMenuRights()

@@ -184,19 +184,21 @@ void tst_server::keepsNothingOfALostTransaction()
 void tst_server::goesOnAfterTheServerIsBack()
 {
     TestDatabase database;
-    for (const QString& code : {u"101"_s, u"102"_s, u"103"_s})
-        database.addPhone(u"C1"_s, u"GXP2000"_s, code, u"phone"_s, "000000000"_L1 + code);
+    constexpr int phones = 250; // more than are read at once
+    for (int phone = 101; phone <= 100 + phones; ++phone)
+        database.addPhone(u"C1"_s, u"GXP2000"_s, QString::number(phone), u"phone"_s,
+                          u"000000000%1"_s.arg(phone));
     database.addParameter(u"GXP2000"_s, u"2"_s, u"E"_s, u"x"_s);
     const QDir folder(database.folder());
     const auto generate = [&](const std::function<void()>& onProgress) {
-        return Generate(database.main, {u"C1"_s, u"GXP2000"_s, u"101"_s, u"103"_s, {}, false, folder.path()},
+        return Generate(database.main, {u"C1"_s, u"GXP2000"_s, u"101"_s, u"999"_s, {}, false, folder.path()},
                         {[](const QString&) {}, [&](qsizetype, qsizetype) { onProgress(); }});
     };
     const auto files = [&folder] { return folder.entryList({u"cfg*"_s}, QDir::Files).size(); };
     QVERIFY_THROWS_EXCEPTION(DatabaseError, generate(killAt(2)));
-    QCOMPARE(files(), 1);
+    QVERIFY(files() > 0 && files() < phones);
     QVERIFY(generate([] {}));
-    QCOMPARE(files(), 3);
+    QCOMPARE(files(), phones);
 
     // While it is away, every try fails at once and clearly.
     killServer();

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void doesWhatTheKeysSay_data();
     void doesWhatTheKeysSay();
     void asksForThePasswordAgain();
+    void tellsThatTheDatabaseIsHeld();
     void loadsInTheBackground();
     void scrollsFieldsThatDoNotFit();
     void offersTheRecordMenuOnARow();
@@ -294,6 +295,30 @@ void tst_FParameters::asksForThePasswordAgain()
     QCOMPARE(picture(), u"C1,One"_s);
     press(u"@RANGES @COMPANY"_s);
     QCOMPARE(m_user->questions, QStringList(3, u"Password: Password Required"_s));
+}
+
+/// By another program, which keeps even readers out: the user's language says so, and later all is well.
+void tst_FParameters::tellsThatTheDatabaseIsHeld()
+{
+    run(u"INSERT INTO COMPANY VALUES('C1', 'One')"_s);
+    open();
+    m_main->language = u"FR"_s;
+    // The embedded engine's usual log lets readers in.
+    run(onServer() ? u"SET SESSION lock_wait_timeout = 1"_s
+                   : u"PRAGMA journal_mode = DELETE;PRAGMA busy_timeout = 100"_s);
+    {
+        Connection other;
+        other.open(onServer() ? m_folder->working() : m_folder->embedded(u"other.db"_s));
+        if (!onServer())
+            other.execute("ATTACH '"_L1 + m_folder->file(u"velmora.db"_s) + "' AS held"_L1);
+        other.execute(onServer() ? u"LOCK TABLES COMPANY WRITE"_s : u"BEGIN EXCLUSIVE"_s);
+        press(u"F5"_s);
+        QCOMPARE(m_user->shown.size(), 1);
+        QVERIFY(m_user->shown[0].startsWith(u"La base de données est injoignable"_s));
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+    press(u"F5"_s);
+    QCOMPARE(picture(), u"C1,One"_s);
 }
 
 void tst_FParameters::loadsInTheBackground()

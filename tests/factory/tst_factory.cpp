@@ -25,8 +25,6 @@ class tst_factory : public QObject {
 
 private Q_SLOTS:
     void initTestCase();
-    void readsSeparatedValues_data();
-    void readsSeparatedValues();
     void namesTheBrokenFile();
     void hasTheTextsOfEveryCodeThatTheSourceUses();
     void saysTheSameInEveryLanguage();
@@ -55,32 +53,6 @@ QSet<QString> tst_factory::codes(const QString& language)
     return {found.begin(), found.end()};
 }
 
-void tst_factory::readsSeparatedValues_data()
-{
-    // rows: their fields in brackets, or why there are none
-    columns<QString, QString>("text", "rows");
-    row("empty", QString(), "");
-    row("plain", "a;b\nc;\n", "[a][b]|[c][]|");
-    row("no last line end", "a;b\r\nc;d", "[a][b]|[c][d]|");
-    row("quotes, semicolon and line end", "\"say \"\"a;b\"\"\nnow\";\"\"\n", "[say \"a;b\"\nnow][]|");
-    row("not closed", "a\n\"b;c\n", "row 2: a quote is not closed");
-    row("in the middle", "a\"b;c\n", "row 1: a quote stands in an unquoted field");
-    row("text after it", "\"a\"b;c\n", "row 1: a quote ends before its field does");
-}
-
-void tst_factory::readsSeparatedValues()
-{
-    QFETCH(QString, text);
-    QString read;
-    try {
-        for (const QStringList& row : parseSeparatedValues(text))
-            read += u'[' + row.join("]["_L1) + "]|"_L1;
-    } catch (const std::invalid_argument& error) {
-        read = QString::fromUtf8(error.what());
-    }
-    QTEST(read, "rows");
-}
-
 void tst_factory::namesTheBrokenFile()
 {
     const QTemporaryDir folder;
@@ -94,7 +66,7 @@ void tst_factory::namesTheBrokenFile()
     };
     QVERIFY(failingFile().startsWith("equipment.csv: "_L1));
     writeWholeFile(folder.filePath(u"equipment.csv"_s), "a;b;c\n1;2\n");
-    QCOMPARE(failingFile(), u"equipment.csv: row 2 has 2 fields where the heading has 3"_s);
+    QCOMPARE(failingFile(), u"equipment.csv: line 2 has 2 fields where the heading has 3"_s);
 }
 
 void tst_factory::hasTheTextsOfEveryCodeThatTheSourceUses()

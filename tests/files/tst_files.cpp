@@ -1,6 +1,7 @@
-// Windows-1252, whole files and stored paths.
+// Windows-1252, separated values, whole files and stored paths.
 #include "files/ansi.h"
 #include "files/file_error.h"
+#include "files/separated_values.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
@@ -46,6 +47,8 @@ private Q_SLOTS:
     void encodes();
     void decodes_data();
     void decodes();
+    void readsSeparatedValues_data();
+    void readsSeparatedValues();
     void replacesAFileWholeOrNotAtAll();
     void removesLeftovers_data();
     void removesLeftovers();
@@ -86,6 +89,46 @@ void tst_files::decodes()
 {
     QFETCH(QByteArray, bytes);
     QTEST(decodeText(bytes), "text");
+}
+
+void tst_files::readsSeparatedValues_data()
+{
+    // rows: their lines, and their fields in brackets, or why there are none
+    columns<QByteArray, QString>("text", "rows");
+    row("empty", QByteArray(), "");
+    row("plain", QByteArray("a;b\nc;\n"), "1[a][b]2[c][-]");
+    row("no last line end", QByteArray("a;b\r\nc;d"), "1[a][b]2[c][d]");
+    row("quotes, separator and line end", QByteArray("\"say \"\"a;b\"\"\nnow\";\"\"\nx"),
+        "1[say \"a;b\"\nnow][]3[x]");
+    row("blanks and tabs", QByteArray(" a\t; ;\" b \"\n"), "1[ a\t][ ][ b ]");
+    row("line ends", QByteArray("a\r\n\r\n\nb\rc\r\r\"d\r\n\ne\"\r\nf"), "1[a]4[b]5[c]7[d\r\n\ne]10[f]");
+    row("a row of many parts", "x;" + QByteArray("yz;").repeated(70'000 / 3).first(65'530) + "\n",
+        "line 1: there are too many fields");
+    row("not closed", QByteArray("a\n\"b;c\n"), "1[a]line 2: a quote is not closed");
+    row("in the middle", QByteArray("a\"b;c\n"),
+        "line 1: a quote stands in an unquoted field, or ends before its field does");
+    row("text after it", QByteArray("\"a\"b;c\n"),
+        "line 1: a quote stands in an unquoted field, or ends before its field does");
+    row("without an end", "a;\n\"" + QByteArray(mostFieldBytes + 1, '\n'),
+        "1[a][-]line 2: a field is too long, or its quote is not closed");
+}
+
+void tst_files::readsSeparatedValues()
+{
+    QFETCH(QByteArray, text);
+    QString read;
+    try {
+        readSeparatedRows(text, ';', [&read](const SeparatedRow& row) {
+            read += QString::number(row.line());
+            for (qsizetype place = 0; place < row.size(); ++place)
+                read +=
+                    row.field(place).isNull() ? u"[-]"_s : u'[' + QString::fromUtf8(row.field(place)) + u']';
+            return true;
+        });
+    } catch (const SeparatedValuesError& error) {
+        read += QString::fromUtf8(error.what());
+    }
+    QTEST(read, "rows");
 }
 
 void tst_files::replacesAFileWholeOrNotAtAll()

@@ -1,6 +1,7 @@
 // Whole runs: from the database to the files in a folder, the lines and the messages.
 #include "files/whole_file.h"
 #include "generation/generate.h"
+#include "generation/run_rows.h"
 #include "support/rows.h"
 #include "support/test_database.h"
 
@@ -9,6 +10,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -30,9 +32,14 @@ private Q_SLOTS:
     void refusesFoldersElsewhere();
     void cancel();
     void fullDiskKeepsOlderFile();
-    void databaseError();
+    void manyPhones();
+    void bothWays();
 
 private:
+    /// A model, a company and four phones of random parameters, and the request that writes their files.
+    GenerationRequest randomPhones(int number);
+    /// What the run of m_request says and shows, and its files.
+    QStringList traces();
     /// Runs m_request, with `onProgress` told how many phones are done. Lines are kept in m_lines.
     std::optional<qsizetype> run(const std::function<void(qsizetype)>& onProgress = [](qsizetype) {});
     /// Runs statements that are separated by ";".
@@ -46,6 +53,7 @@ private:
     /// All levels and no source copy, for the phones 101 to 103 of ACME.
     GenerationRequest m_request;
     QStringList m_lines;
+    std::mt19937 m_random{1};
 };
 
 namespace {
@@ -307,14 +315,109 @@ void tst_generate::fullDiskKeepsOlderFile()
     QVERIFY(m_database->user.shown.constFirst().startsWith("M204: 101 - Ann - "_L1));
 }
 
-void tst_generate::databaseError()
+/// More than are read at once, and a database that fails meanwhile.
+void tst_generate::manyPhones()
 {
-    const auto dropTable = [this](qsizetype done) {
+    for (int code = 200; code < 400; ++code)
+        m_database->addPhone(u"ACME"_s, u"GXP2000"_s, QString::number(code), u"more"_s,
+                             u"000B82000%1"_s.arg(code));
+    execute(
+        u"INSERT INTO PHONES_PARAMETERS SELECT CO_CODE, EQ_CODE, PH_CODE, '3', 'of ' || PH_CODE FROM PHONES "
+        "WHERE EQ_CODE = 'GXP2000' AND CO_CODE = 'ACME' AND PH_CODE >= '200'"_s);
+    m_request.phoneTo = u"399"_s;
+    QVERIFY(run());
+    for (int code = 200; code < 400; ++code)
+        QVERIFY(
+            content(u"cfg000B82000%1"_s.arg(code)).contains("\nP3=of " + QByteArray::number(code) + "&P2"));
+
+    qsizetype written = 0;
+    const auto dropTable = [&](qsizetype done) {
+        written = done;
         if (done == 1)
             execute(u"DROP TABLE PHONES_PARAMETERS"_s);
     };
     QVERIFY_THROWS_EXCEPTION(DatabaseError, run(dropTable));
-    QCOMPARE(files(), QStringList{u"cfg000B82000101"_s});
+    QVERIFY(written > 0 && written < 203);
+}
+
+GenerationRequest tst_generate::randomPhones(int number)
+{
+    const auto chance = [this](unsigned percent) { return m_random() % 100 < percent; };
+    const auto oneOf = [this](const QStringList& texts) {
+        return texts[static_cast<qsizetype>(m_random() % static_cast<unsigned>(texts.size()))];
+    };
+    const auto text = [&] {
+        return chance(97) ? oneOf({u""_s, u"v"_s, u"$$P"_s, u"of $$P"_s, u"$$P,2,2"_s, u"it's $$N's"_s,
+                                   u"'"_s, u"$$N'$$P"_s, u"\u03A9 \u00DF"_s, QString(251, u'v') + "$$P"_L1})
+                          : oneOf({u"$$N,1"_s, u"$$X"_s, u"$$P or"_s, QString(240, u'v') + "$$N"_L1});
+    };
+    const auto add = [this](const QString& table, const QStringList& row) {
+        m_database->main.connection.execute("INSERT INTO "_L1 + table + " VALUES("_L1 +
+                                                QStringList(row.size(), u"?"_s).join(u',') + u')',
+                                            row);
+    };
+    const QString company = u"C%1"_s.arg(number);
+    const QString own = u"OWN%1"_s.arg(number);
+    const QString other = u"AAA%1"_s.arg(number);
+    const QStringList phones = {u"1"_s, u"12"_s, u"123"_s, u"2"_s};
+    m_database->addPhone(company, other, u"other"_s, u"x"_s, u"0"_s);
+    for (const QString& phone : phones)
+        m_database->addPhone(company, own, phone, oneOf({u"Ann"_s, u"O'Neil"_s, u"$$N"_s, QString(50, u'n')}),
+                             "00000000"_L1 + QString::number(1000 + phone.toInt()));
+    m_database->main.connection.execute(u"UPDATE EQUIPMENT SET EQ_MODULE = ? WHERE EQ_CODE = ?"_s,
+                                        {oneOf({u"GRANDSTREAM"_s, u"PAP2"_s, u"F1000"_s}), own});
+    m_database->addParameter(own, u"shown to none"_s, u"E"_s, u""_s);
+    for (const QString& code : {u"1"_s, u"10"_s, u"2"_s, u"b'c"_s, u"\u00C9"_s, u"\U0001F600"_s, u"\uFB01"_s,
+                                chance(5) ? u"$$P"_s : u"p"_s}) {
+        const QString level = oneOf({u"E"_s, u"C"_s, u"P"_s});
+        m_database->addParameter(own, code, level, text(), text());
+        m_database->addParameter(other, code, u"P"_s, text(), text());
+        if (chance(level == "C"_L1 ? 90 : 2))
+            add(u"COMPANY_PARAMETERS"_s, {company, own, code, text()});
+        for (const QString& phone : phones) {
+            if (chance(level == "P"_L1 ? 80 : 2))
+                add(u"PHONES_PARAMETERS"_s, {company, own, phone, code, text()});
+            if (chance(3))
+                add(u"PHONES_PARAMETERS"_s, {company, other, phone, code, text()});
+        }
+    }
+    return {company, own, u"1"_s, u"2"_s, {chance(80), chance(90), true}, false, m_out->path()};
+}
+
+QStringList tst_generate::traces()
+{
+    for (const QString& name : files())
+        QFile::remove(m_out->filePath(name));
+    m_database->user.shown.clear();
+    const auto remarks = run();
+    QStringList all = {remarks ? QString::number(*remarks) : u"ended"_s};
+    all << m_lines << m_database->user.shown;
+    for (const QString& name : files())
+        all << name + u' ' + QString::fromLatin1(content(name).toHex());
+    return all;
+}
+
+/// Random sets lead to the same files and lines where all of them are merged in the table: a description of
+/// which only the table tells that it fits leads them there.
+void tst_generate::bothWays()
+{
+    int inMemory = 0;
+    int inTable = 0;
+    for (int number = 0; number < 40; ++number) {
+        m_request = randomPhones(number);
+        const QStringList one = traces();
+        m_database->selectPhones(m_request.company);
+        RunRows rows(m_database->main, m_request.levels);
+        for (Recordset& phones = m_database->main.phones; !phones.eof(); phones.moveNext()) {
+            const Phone phone = m_database->main.currentPhone();
+            ++(merge(rows.of(phone), phone).doubtful.isEmpty() ? inMemory : inTable);
+        }
+        m_database->main.connection.execute(
+            u"UPDATE EQUIPMENT_PARAMETERS SET PA_DESC = ? WHERE PA_CODE = 'shown to none'"_s,
+            {u"\U0001F600"_s.repeated(200)});
+        QCOMPARE(traces().join(u'\n'), one.join(u'\n'));
+    }
+    QVERIFY2(inMemory > 40 && inTable > 40, qPrintable(u"%1, %2"_s.arg(inMemory).arg(inTable)));
 }
 
 } // namespace velmora

@@ -1,10 +1,14 @@
 // The main window: menu, rights, captions, children, closing.
+#include "editor/list/RecordView.h"
 #include "mainwindow/FMain.h"
 #include "mainwindow/menu.h"
+#include "runs/SelectionPanel.h"
+#include "support/controls.h"
 #include "support/test_database.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -151,12 +155,29 @@ void tst_FMain::stopsARunBeforeItQuits()
     QTRY_VERIFY(!window.isVisible());
 }
 
+/// Places, widths and what was chosen last, in the next session.
 void tst_FMain::remembersItsWindows()
 {
-    const QString settings = m_database->folder() + "/windows.ini"_L1;
     const QRect place(30, 40, 300, 200);
+    m_database->addPhone(u"C2"_s, u"PAP2"_s, u"101"_s, {}, {});
+    m_database->addPhone(u"C2"_s, u"GXP2000"_s, u"102"_s, {}, {});
     for (const bool again : {false, true}) {
-        FMain window(m_database->main, settings);
+        m_database->main.remembered = {};
+        m_database->main.remembered.keepIn(m_database->folder() + "/new/windows.ini"_L1);
+        RecordView list(m_database->main);
+        list.setTable({u"T"_s, {{u"A"_s, u"A"_s}, {u"B"_s, u"B"_s}, {u"C"_s, u"C"_s}}, {}});
+        list.clear();
+        SelectionPanel selection(m_database->main, 2);
+        if (again) {
+            selection.chooseLast();
+        } else {
+            list.header()->resizeSection(1, 234);
+            choose(filter(selection, 1), u"C2"_s);
+            choose(filter(selection, 2), u"PAP2"_s);
+        }
+        QCOMPARE(list.header()->sectionSize(1), 234);
+        QCOMPARE(selection.company() + selection.equipment(), u"C2PAP2"_s);
+        FMain window(m_database->main);
         if (!again)
             window.resize(700, 500);
         window.show();
@@ -223,6 +244,21 @@ void tst_FMain::showsTheCompaniesAnew()
     }
     QCOMPARE(shown, QStringList({u"Company|Name of the company|Phones|\u2013|GXP2000|PAP2"_s,
                                  u"ALBA|Alba|0|||"_s, u"LUNA|company|3|1|1|1"_s}));
+
+    QStringList opened;
+    window.setActions(
+        {{u"Ranges"_s, [&] { opened << u"Ranges"_s; }}, {u"Reboot"_s, [&] { opened << u"Reboot"_s; }}});
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Return})
+        QTest::keyClick(companies, key);
+    QCOMPARE(opened, QStringList({u"Ranges"_s, u"Reboot"_s}));
+    const Remembered& remembered = m_database->main.remembered;
+    QCOMPARE(remembered.value(Remembered::lastCompany), u"LUNA"_s);
+    QVERIFY(!remembered.value(Remembered::lastEquipment).isValid());
+    const QPoint ofModel = companies->visualRect(companies->model()->index(1, 4)).center();
+    QTest::mouseClick(companies->viewport(), Qt::LeftButton, {}, ofModel);
+    QTest::mouseDClick(companies->viewport(), Qt::LeftButton, {}, ofModel);
+    QCOMPARE(opened.size(), 3);
+    QCOMPARE(remembered.value(Remembered::lastEquipment), u"GXP2000"_s);
 
     showChild(window);
     m_database->run(u"ALTER TABLE PHONES RENAME TO GONE"_s);

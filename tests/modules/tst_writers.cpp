@@ -19,9 +19,15 @@ private Q_SLOTS:
 
 namespace {
 
-Phone phoneWith(const QString& mac)
+DeviceFile image(const QString& mac, const QList<Parameter>& parameters)
 {
-    return {u"ACME"_s, u"MODEL"_s, u"101"_s, u"Ann"_s, mac};
+    QList<Piece> pieces;
+    for (const Parameter& parameter : parameters)
+        pieces << GXP2000.devicePiece(parameter);
+    Pieces all;
+    for (const Piece& piece : pieces)
+        all << &piece;
+    return GXP2000.device({u"ACME"_s, u"MODEL"_s, u"101"_s, u"Ann"_s, mac}, all);
 }
 
 quint32 sumOfWords(const QByteArray& bytes)
@@ -60,7 +66,7 @@ void tst_writers::image()
     QList<Parameter> list;
     for (const QString& parameter : parameters.split(u' '))
         list << Parameter{parameter.section(u'=', 0, 0), u"about"_s, parameter.section(u'=', 1)};
-    const DeviceFile file = GXP2000.device(phoneWith(mac), list);
+    const DeviceFile file = velmora::image(mac, list);
     QCOMPARE(file.bytes.sliced(6), QByteArray::fromHex(address.toLatin1()) + "\r\n\r\n" + text +
                                        "&gnkey=7c3e" + (padded ? "\0"_ba : QByteArray()));
     QCOMPARE(file.bytes.first(4).toHex().toInt(nullptr, 16), file.bytes.size() / 2);
@@ -73,7 +79,7 @@ void tst_writers::image()
 void tst_writers::imageSize()
 {
     const auto image = [](qsizetype valueSize) {
-        return GXP2000.device(phoneWith(u"FFFFFFFFFFFF"_s), {{u"1"_s, {}, QString(valueSize, u'~')}}).bytes;
+        return velmora::image(u"FFFFFFFFFFFF"_s, {{u"1"_s, {}, QString(valueSize, u'~')}}).bytes;
     };
     for (const qsizetype fitting : {32737, 32738}) {
         QCOMPARE(image(fitting).size(), 32768);

@@ -1,6 +1,7 @@
 #include "common/texts/refusal.h"
 
 #include "common/MMain.h"
+#include "common/texts/built_in_texts.h"
 #include "common/texts/schema_captions.h"
 
 #include <QRegularExpression>
@@ -196,7 +197,7 @@ QString ownWords(MMain& main, const DatabaseError& error, const QStringList& val
         return brokenField(main, cause, statement);
     case Reason::Busy:
     case Reason::ConnectionLost:
-        return main.messageLine(u"M227"_s);
+        return unreachableReason(main, error);
     case Reason::TransactionLost:
     case Reason::Other:
         break;
@@ -205,6 +206,12 @@ QString ownWords(MMain& main, const DatabaseError& error, const QStringList& val
 }
 
 } // namespace
+
+QString unreachableReason(const MMain& main, const DatabaseError& error)
+{
+    const bool unreachable = error.reason() == Reason::Busy || error.reason() == Reason::ConnectionLost;
+    return unreachable ? builtInText(u"M227"_s, main.language) : QString();
+}
 
 QString refusalReason(MMain& main, const DatabaseError& error, const QStringList& record)
 {

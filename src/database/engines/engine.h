@@ -28,6 +28,8 @@ struct Column {
     int keyPosition = 0;
     /// What the schema says about the column; empty where the engine keeps no such texts.
     QString description;
+    /// Whether a row may lack a value here.
+    bool mayBeNull = false;
 };
 
 /// A foreign key: `columns` of `table` must be found in `keys` of `target`.

@@ -130,7 +130,7 @@ void MariaDbEngine::prepareSession(Connection& connection, OpenMode mode) const
     connection.execute(u"SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"_s);
     connection.execute(u"SET SESSION sql_mode = "
                        u"'STRICT_ALL_TABLES,NO_ENGINE_SUBSTITUTION,NO_BACKSLASH_ESCAPES,PIPES_AS_CONCAT', "
-                       "max_statement_time = %1, innodb_lock_wait_timeout = %2"_s.arg(
+                       "max_statement_time = %1, innodb_lock_wait_timeout = %2, lock_wait_timeout = %2"_s.arg(
                            QString::number(Connection::commandTimeoutSeconds),
                            QString::number(Connection::connectionTimeoutSeconds)));
     if (mode == OpenMode::ReadOnly)
@@ -220,7 +220,7 @@ QList<Column> MariaDbEngine::columns(Connection& connection, const QString& tabl
     QList<Column> columns;
     for (Recordset rows = connection.select(
              u"SELECT C.COLUMN_NAME, C.CHARACTER_MAXIMUM_LENGTH, K.ORDINAL_POSITION, "
-             u"C.COLUMN_COMMENT FROM "
+             u"C.COLUMN_COMMENT, C.IS_NULLABLE FROM "
              u"information_schema.COLUMNS C "
              "LEFT JOIN information_schema.KEY_COLUMN_USAGE K ON K.TABLE_SCHEMA = C.TABLE_SCHEMA AND "
              "K.TABLE_NAME = "
@@ -228,7 +228,8 @@ QList<Column> MariaDbEngine::columns(Connection& connection, const QString& tabl
              "WHERE C.TABLE_SCHEMA = DATABASE() AND C.TABLE_NAME = ? ORDER BY C.ORDINAL_POSITION"_s,
              {table});
          !rows.eof(); rows.moveNext())
-        columns << Column{rows.text(0), rows.text(1).toInt(), rows.text(2).toInt(), rows.text(3)};
+        columns << Column{rows.text(0), rows.text(1).toInt(), rows.text(2).toInt(), rows.text(3),
+                          rows.text(4) == "YES"_L1};
     return columns;
 }
 

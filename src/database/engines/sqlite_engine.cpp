@@ -284,12 +284,17 @@ QList<Column> SqliteEngine::columns(Connection& connection, const QString& table
 {
     static const QRegularExpression sizedText(u"^n?(?:var)?char\\((\\d+)\\)$"_s,
                                               QRegularExpression::CaseInsensitiveOption);
-    Cursor cursor =
-        connection.cursor(u"SELECT name, type, pk FROM pragma_table_info(?) ORDER BY cid"_s, {table});
+    Cursor cursor = connection.cursor(
+        u"SELECT name, type, pk, \"notnull\" FROM pragma_table_info(?) ORDER BY cid"_s, {table});
     QList<Column> columns;
     while (cursor.next()) {
         const QRegularExpressionMatch sized = sizedText.match(cursor.text(1));
-        columns << Column{cursor.text(0), sized.captured(1).toInt(), cursor.text(2).toInt(), {}};
+        const int keyPosition = cursor.text(2).toInt();
+        columns << Column{cursor.text(0),
+                          sized.captured(1).toInt(),
+                          keyPosition,
+                          {},
+                          keyPosition == 0 && cursor.text(3) == "0"_L1};
     }
     return columns;
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -43,15 +44,20 @@ RecordView::RecordView(MMain& main, QWidget* parent)
     connect(header(), &QHeaderView::sectionClicked, this, &RecordView::sortBy);
     connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         // The last column follows the window.
-        if (!m_settingWidth && column < m_records->columnCount() - 1)
-            m_userWidths[m_table].insert(column, width);
+        if (m_settingWidth || column >= m_records->columnCount() - 1)
+            return;
+        m_userWidths.insert(column, width);
+        m_newWidths.insert(column);
     });
     connect(&m_reading, &QTimer::timeout, this, [this] { reportFailures(m_main, [this] { readSome(); }); });
     for (ushort character = 0; character < 256; ++character)
         m_advances.push_back(QFontMetricsF(font()).horizontalAdvance(QChar(character)));
 }
 
-RecordView::~RecordView() = default;
+RecordView::~RecordView()
+{
+    keepWidths();
+}
 
 void RecordView::setTable(const TableDescription& table)
 {
@@ -59,7 +65,8 @@ void RecordView::setTable(const TableDescription& table)
     m_stopped = false;
     m_lastSortColumn.reset();
     m_wanted.reset();
-    m_table = table.name;
+    keepWidths();
+    findWidths(table);
     header()->setSortIndicatorShown(false);
     QStringList captions;
     QList<bool> keys;
@@ -168,11 +175,32 @@ void RecordView::showPlace()
         scrollTo(currentIndex());
 }
 
+/// Finds the widths that the user has given to the table's columns, in whatever session.
+void RecordView::findWidths(const TableDescription& table)
+{
+    m_widthNames.clear();
+    m_userWidths.clear();
+    for (int column = 0; column < table.columns.size(); ++column) {
+        m_widthNames << "Width/"_L1 + table.name + u'.' + table.columns[column].name;
+        const int width = m_main.remembered.value(m_widthNames.last()).toInt();
+        if (width > 0)
+            m_userWidths.insert(column, std::max(width, header()->minimumSectionSize()));
+    }
+}
+
+/// Not at every step of the mouse: each is written to a file.
+void RecordView::keepWidths()
+{
+    for (const int column : std::as_const(m_newWidths))
+        m_main.remembered.set(m_widthNames[column], m_userWidths[column]);
+    m_newWidths.clear();
+}
+
 /// Gives a column a width, unless the user has given it one.
 void RecordView::setWidth(int column, int width)
 {
     m_settingWidth = true;
-    header()->resizeSection(column, m_userWidths.value(m_table).value(column, width));
+    header()->resizeSection(column, m_userWidths.value(column, width));
     m_settingWidth = false;
 }
 

@@ -73,6 +73,8 @@ private:
     void endReading();
     void showPlace();
     void setWidth(int column, int width);
+    void findWidths(const TableDescription& table);
+    void keepWidths();
     void selectWanted(int firstRow);
     void growColumns(const std::vector<QStringList>& records);
     double widthBound(const QString& text) const;
@@ -89,9 +91,11 @@ private:
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     bool m_sorted = false;
     std::vector<int> m_widths;
-    /// The widths that the user has given to columns, by table and column.
-    QHash<QString, QHash<int, int>> m_userWidths;
-    QString m_table;
+    /// Where the width is kept that the user has given to each column.
+    QStringList m_widthNames;
+    /// The widths that the user has given to columns, and those of them that are not kept yet.
+    QHash<int, int> m_userWidths;
+    QSet<int> m_newWidths;
     bool m_settingWidth = false;
     /// The width of each character of Latin-1, for a bound that costs next to nothing.
     std::vector<double> m_advances;

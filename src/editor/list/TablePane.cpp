@@ -4,6 +4,7 @@
 #include "editor/record/record_writing.h"
 #include "editor/window/editor_layout.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +26,7 @@ TablePane::TablePane(MMain& main, QWidget* parent)
     m_list->setObjectName(u"ListCom"_s);
     connect(m_filters, &FilterPanel::chosen, this, [this] {
         reportFailures(m_main, [this] {
+            const WaitCursor waiting;
             const RecordView::Place place = m_list->place();
             RempList();
             m_list->goTo(place);

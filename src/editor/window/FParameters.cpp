@@ -6,9 +6,9 @@
 #include "editor/window/editor_layout.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
+#include "windows/wait_cursor.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QShortcut>
 
@@ -111,6 +111,7 @@ void FParameters::selectFirstTab()
 
 void FParameters::chooseTab()
 {
+    const WaitCursor waiting;
     m_ui.error->hide();
     const TableTab& tab = m_ui.strip->currentTab();
     setWindowTitle("Configuration - "_L1 + tab.caption);
@@ -123,6 +124,7 @@ void FParameters::chooseTab()
 
 void FParameters::refresh()
 {
+    const WaitCursor waiting;
     if (m_ui.pane->isOpen()) {
         m_ui.error->hide();
         m_ui.pane->refresh();
@@ -142,6 +144,7 @@ void FParameters::edit(RecordMode mode)
     const int row = m_ui.list->selectedRow();
     if (editing() || (mode != RecordMode::Insert && row < 0))
         return;
+    const WaitCursor waiting;
     m_ui.error->hide();
     m_ui.list->selectNothingLater();
     m_editedRow = m_ui.list->currentIndex();
@@ -164,10 +167,8 @@ void FParameters::write()
     const RecordForm form = *m_ui.panel->form();
     // An engine may refuse to write while a reading that began before another user's writing goes on.
     const bool wasLoading = m_ui.list->stopLoading();
-    // Another program may keep the database from being written for a while.
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const WaitCursor waiting;
     const QString failure = writeRecord(m_main, form);
-    QGuiApplication::restoreOverrideCursor();
     if (failure.isEmpty()) {
         finishWriting(form, wasLoading);
         return;
