@@ -44,7 +44,6 @@ void makeSearchable(QComboBox& list)
     list.setInsertPolicy(QComboBox::NoInsert);
     list.completer()->setFilterMode(Qt::MatchContains);
     list.completer()->setCompletionMode(QCompleter::PopupCompletion);
-    prepareForMany(list);
     limitHeight(list);
     QObject::connect(list.lineEdit(), &QLineEdit::editingFinished, &list, [&list] {
         if (list.findText(list.currentText(), Qt::MatchFixedString) < 0)
@@ -69,6 +68,7 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
         filter->setEnabled(list == 1);
         filter->setMinimumContentsLength(30);
         makeSearchable(*filter);
+        prepareForMany(*filter);
         auto* label = new QLabel(captions[list - 1]);
         label->setObjectName(u"FLab_%1"_s.arg(list));
         label->setBuddy(filter);
