@@ -1,6 +1,6 @@
 // bench_log LINES: has the log of a run's window take that many lines, a thousand between window events, and
-// paint them. Prints the seconds and the bytes for each line, to keep the same texts alone and in the log,
-// and the seconds to show the remarks alone, which are every tenth line, and all of them again.
+// show them as in a run. Prints the seconds and the bytes for each line, to keep the same texts alone and in
+// the log, and the seconds to show the remarks alone, which are every tenth line, and all of them again.
 #include "common/MMain.h"
 #include "database.h"
 #include "runs/RunLog.h"
@@ -60,6 +60,8 @@ int main(int argc, char** argv)
     QCoreApplication::processEvents();
     takeLines(lines, [&log, lines](const RunLine& line, int place) {
         log.append(line);
+        if (place == lines - 1)
+            log.showNewLines(); // as a run does at its end
         if (place % 1000 == 999 || place == lines - 1)
             QCoreApplication::processEvents();
     });

@@ -3,6 +3,7 @@
 #include "common/MMain.h"
 #include "files/stored_path.h"
 #include "files/whole_file.h"
+#include "runs/log_model.h"
 #include "windows/failure_report.h"
 
 #include <QClipboard>
@@ -14,8 +15,6 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -26,22 +25,42 @@ namespace {
 constexpr int besideText = 40;
 /// How many lines a line may have that is shown whole; more of them scroll.
 constexpr int wholeLines = 3;
+/// How long new lines wait after others were shown, in milliseconds: the list goes through all of its lines
+/// then.
+constexpr int showingPause = 50;
 
 } // namespace
 
-/// Makes all lines as wide as the widest: the list asks only one of them for its size, and scrolls as far.
+/// Makes all lines as wide as the widest, so that the list asks only one of them for its size. To measure
+/// each would take longer than all the rest: only those of more characters than any before are, and those
+/// painted.
 class LineDelegate : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit LineDelegate(QWidget* list) : QStyledItemDelegate(list), m_list(list) {}
 
-    void reset() { m_widest = 0; }
-
-    void growTo(int width)
+    void reset()
     {
-        if (width <= m_widest)
+        m_widest = 0;
+        m_longest = 0;
+    }
+
+    void take(const QString& text)
+    {
+        if (text.size() <= m_longest)
             return;
-        m_widest = width;
-        Q_EMIT sizeHintChanged({});
+        m_longest = text.size();
+        growTo(widthOf(text));
+    }
+
+    int widthOf(const QString& text) const
+    {
+        return m_list->fontMetrics().horizontalAdvance(text) + besideText;
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        growTo(widthOf(index.data().toString()));
+        QStyledItemDelegate::paint(painter, option, index);
     }
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override
@@ -50,12 +69,24 @@ public:
     }
 
 private:
-    int m_widest = 0;
+    /// The list hears of it with the next window events, so that this may happen while it is painted.
+    void growTo(int width) const
+    {
+        if (width <= m_widest)
+            return;
+        m_widest = width;
+        Q_EMIT const_cast<LineDelegate*>(this)->sizeHintChanged({});
+    }
+
+    QWidget* m_list;
+    mutable int m_widest = 0;
+    qsizetype m_longest = 0;
 };
 
 RunLog::RunLog(MMain& main, const QString& listName)
     : m_main(main),
-      m_list(new QListWidget),
+      m_lines(new LogModel(style()->standardIcon(QStyle::SP_MessageBoxWarning), this)),
+      m_list(new QListView),
       m_delegate(new LineDelegate(m_list)),
       m_whole(new QPlainTextEdit),
       m_onlyRemarks(new QCheckBox(main.textOr(u"BATCH_ONLY"_s, u"Only Remarks"_s))),
@@ -63,6 +94,7 @@ RunLog::RunLog(MMain& main, const QString& listName)
       m_save(new QPushButton(main.textOr(u"BATCH_SAVE"_s, u"Save..."_s)))
 {
     m_list->setObjectName(listName);
+    m_list->setModel(m_lines);
     m_list->setUniformItemSizes(true);
     m_list->setItemDelegate(m_delegate);
     m_list->setIconSize({fontMetrics().height(), fontMetrics().height()});
@@ -90,33 +122,35 @@ RunLog::RunLog(MMain& main, const QString& listName)
     layout->addLayout(below);
     m_showing.setSingleShot(true);
     connect(&m_showing, &QTimer::timeout, this, &RunLog::showNewLines);
-    connect(m_list, &QListWidget::currentItemChanged, this, &RunLog::showWhole);
+    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this, &RunLog::showWhole);
     // What makes the list smaller, such as the summary of a run, must not hide the line that was its last.
     QScrollBar* bar = m_list->verticalScrollBar();
     connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int lowest) {
-        if (bar->value() >= m_lowest && m_list->currentRow() == m_list->count() - 1)
+        if (bar->value() >= m_lowest && m_list->currentIndex().row() == m_lines->rowCount() - 1)
             bar->setValue(lowest);
         m_lowest = lowest;
     });
-    connect(m_onlyRemarks, &QCheckBox::toggled, this, &RunLog::refill);
-    connect(m_copy, &QPushButton::clicked, this, [this] { QGuiApplication::clipboard()->setText(text()); });
+    connect(m_onlyRemarks, &QCheckBox::toggled, m_lines, &LogModel::showOnlyRemarks);
+    connect(m_copy, &QPushButton::clicked, this,
+            [this] { QGuiApplication::clipboard()->setText(m_lines->text()); });
     connect(m_save, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { save(); }); });
     clear();
 }
 
 void RunLog::clear()
 {
-    m_lines.clear();
-    m_remarks = 0;
+    m_lines->clear();
+    m_showing.stop();
+    m_showing.setInterval(0);
     m_delegate->reset();
     m_whole->hide();
-    refill();
+    enableControls();
 }
 
 void RunLog::append(const RunLine& line)
 {
-    m_lines << line;
-    m_remarks += line.isRemark ? 1 : 0;
+    m_lines->take(line);
+    m_delegate->take(line.text);
     if (!m_showing.isActive())
         m_showing.start();
 }
@@ -124,61 +158,31 @@ void RunLog::append(const RunLine& line)
 void RunLog::showNewLines()
 {
     m_showing.stop();
-    if (m_listed == m_lines.size())
-        return;
-    addItems(m_listed);
-    m_list->setCurrentRow(m_list->count() - 1);
+    m_showing.setInterval(showingPause);
+    enableControls();
+    if (m_lines->showNew())
+        m_list->setCurrentIndex(m_lines->index(m_lines->rowCount() - 1));
 }
 
-void RunLog::refill()
+qsizetype RunLog::remarks() const
 {
-    m_list->clear();
-    addItems(0);
+    return m_lines->remarks();
 }
 
-void RunLog::addItems(qsizetype from)
+void RunLog::enableControls()
 {
-    const QIcon mark = style()->standardIcon(QStyle::SP_MessageBoxWarning);
-    const bool dark = palette().color(QPalette::Base).lightness() < 128;
-    const QColor colour = dark ? QColor(255, 170, 90) : QColor(165, 60, 0);
-    int widest = 0;
-    for (const RunLine& line : m_lines.sliced(from)) {
-        if (!line.isRemark && m_onlyRemarks->isChecked())
-            continue;
-        auto* item = new QListWidgetItem(line.text, m_list);
-        if (line.isRemark) {
-            item->setIcon(mark);
-            item->setForeground(colour);
-        }
-        widest = std::max(widest, widthOf(line.text));
-    }
-    m_delegate->growTo(widest);
-    m_listed = m_lines.size();
-    for (QWidget* control : {static_cast<QWidget*>(m_copy), static_cast<QWidget*>(m_save)})
-        control->setEnabled(!m_lines.isEmpty());
-    m_onlyRemarks->setEnabled(m_remarks > 0 || m_onlyRemarks->isChecked());
-}
-
-int RunLog::widthOf(const QString& text) const
-{
-    return m_list->fontMetrics().horizontalAdvance(text) + besideText;
+    for (QPushButton* button : {m_copy, m_save})
+        button->setEnabled(!m_lines->isEmpty());
+    m_onlyRemarks->setEnabled(m_lines->remarks() > 0 || m_lines->onlyRemarks());
 }
 
 /// Once a line has needed the place for it, that stays: the list would jump with every line.
-void RunLog::showWhole(const QListWidgetItem* line)
+void RunLog::showWhole(const QModelIndex& line)
 {
-    m_whole->setPlainText(line ? line->text() : QString());
-    if (line && widthOf(line->text()) > m_list->viewport()->width())
+    const QString text = line.data().toString();
+    m_whole->setPlainText(text);
+    if (line.isValid() && m_delegate->widthOf(text) > m_list->viewport()->width())
         m_whole->show();
-}
-
-QString RunLog::text() const
-{
-    QString all;
-    for (const RunLine& line : m_lines)
-        if (line.isRemark || !m_onlyRemarks->isChecked())
-            all += line.text + u'\n';
-    return all;
 }
 
 void RunLog::save()
@@ -189,7 +193,7 @@ void RunLog::save()
     const QString name = window()->objectName() + u' ' +
                          QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s) + ".txt"_L1;
     const QString path = pathIn(folder, name);
-    writeWholeFile(path, text().toUtf8());
+    writeWholeFile(path, m_lines->text().toUtf8());
     Q_EMIT saved(QDir::toNativeSeparators(path));
 }
 

@@ -4,7 +4,7 @@
 #include "runs/run_report.h"
 
 #include <QCheckBox>
-#include <QListWidget>
+#include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -12,6 +12,7 @@
 namespace velmora {
 
 class LineDelegate;
+class LogModel;
 class MMain;
 
 /// Remarks stand out by colour and mark, and can be shown alone. All of it can be copied and saved. Below the
@@ -24,35 +25,30 @@ public:
     RunLog(MMain& main, const QString& listName);
 
     void clear();
-    /// Adds a line. It gets into the list with the next window events: one by one, a hundred thousand would
-    /// take minutes.
+    /// Adds a line. The list shows the first with the next window events, and those that follow twenty times
+    /// a second: one by one, a hundred thousand would take minutes.
     void append(const RunLine& line);
     /// Shows what is not in the list yet.
     void showNewLines();
-    qsizetype remarks() const { return m_remarks; }
+    qsizetype remarks() const;
 
 Q_SIGNALS:
     /// All lines have been written into this file.
     void saved(const QString& path);
 
 private:
-    void addItems(qsizetype from);
-    void refill();
-    int widthOf(const QString& text) const;
-    void showWhole(const QListWidgetItem* line);
-    QString text() const;
+    void enableControls();
+    void showWhole(const QModelIndex& line);
     void save();
 
     MMain& m_main;
-    QListWidget* m_list;
+    LogModel* m_lines;
+    QListView* m_list;
     LineDelegate* m_delegate;
     QPlainTextEdit* m_whole;
     QCheckBox* m_onlyRemarks;
     QPushButton* m_copy;
     QPushButton* m_save;
-    QList<RunLine> m_lines;
-    qsizetype m_listed = 0;
-    qsizetype m_remarks = 0;
     /// How far the list could be scrolled down before it got its present size.
     int m_lowest = 0;
     QTimer m_showing;

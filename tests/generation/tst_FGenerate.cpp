@@ -164,7 +164,7 @@ void tst_FGenerate::generatesByKeyboard()
     QCOMPARE(lines(*m_window),
              QStringList({u"M13: 102 - 000000000102.TXT - phone 102"_s, u"M15: "_s,
                           u"M13: 103 - 000000000103.TXT - phone 103"_s, u"M15: "_s, u"M12: "_s}));
-    QCOMPARE(control<QListWidget>(*m_window, u"List1"_s)->currentRow(), 4);
+    QCOMPARE(control<QListView>(*m_window, u"List1"_s)->currentIndex().row(), 4);
     QVERIFY(QFile::exists(m_database->folder() + "/cfg000000000103"_L1));
     QTest::keyClick(filter(4), Qt::Key_Escape);
     QVERIFY(!m_window->isVisible());

@@ -12,6 +12,8 @@
 #include "support/rows.h"
 #include "support/test_database.h"
 
+#include <QCheckBox>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
@@ -31,6 +33,7 @@ private Q_SLOTS:
     void survivesALostDatabase_data() { endsInEveryWay_data(); }
     void survivesALostDatabase();
     void showsEveryLineWhole();
+    void showsRemarksAlone();
 
 private:
     std::unique_ptr<BatchWindow> make(const QString& name);
@@ -167,7 +170,7 @@ void tst_BatchWindow::showsEveryLineWhole()
     RunLog log(m_database->main, u"List1"_s);
     log.resize(300, 300);
     log.show();
-    const auto* list = log.findChild<QListWidget*>();
+    const QListView* list = logList(log);
     const auto* whole = log.findChild<QPlainTextEdit*>();
     const QString wide = u"a line that is much wider than the list "_s.repeated(4);
     for (int line = 0; line < 50; ++line)
@@ -181,7 +184,38 @@ void tst_BatchWindow::showsEveryLineWhole()
     QVERIFY(whole->isVisible());
     QCOMPARE(whole->toPlainText(), wide);
     // What takes place from the list does not hide its last line.
-    QTRY_VERIFY(list->viewport()->rect().contains(list->visualItemRect(list->item(50)).bottomLeft()));
+    QTRY_VERIFY(
+        list->viewport()->rect().contains(list->visualRect(list->model()->index(50, 0)).bottomLeft()));
+}
+
+void tst_BatchWindow::showsRemarksAlone()
+{
+    RunLog log(m_database->main, u"List1"_s);
+    auto* only = control<QCheckBox>(log, u"OnlyRemarks"_s);
+    const auto copied = [&log] {
+        button(log, u"CopyLog"_s)->click();
+        return QGuiApplication::clipboard()->text();
+    };
+    log.append({u"one"_s});
+    log.append({u"two"_s, true});
+    log.showNewLines();
+    const QModelIndex two = logList(log)->model()->index(1, 0);
+    QVERIFY(!two.data(Qt::DecorationRole).isNull() && two.data(Qt::ForegroundRole).isValid());
+    QVERIFY(two.siblingAtRow(0).data(Qt::ForegroundRole).isNull());
+    only->click();
+    QCOMPARE(lines(log), QStringList(u"two"_s));
+    log.append({u"three"_s});
+    log.append({u"four"_s, true});
+    log.showNewLines();
+    QCOMPARE(lines(log), QStringList({u"two"_s, u"four"_s}));
+    QCOMPARE(copied(), u"two\nfour\n"_s);
+    only->click();
+    QCOMPARE(copied(), u"one\ntwo\nthree\nfour\n"_s);
+    QCOMPARE(lines(log).size(), 4);
+    // A run that follows begins with none, also where the remarks were left alone.
+    only->click();
+    log.clear();
+    QVERIFY(lines(log).isEmpty() && !button(log, u"SaveLog"_s)->isEnabled());
 }
 
 QTEST_MAIN(tst_BatchWindow)

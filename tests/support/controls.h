@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QComboBox>
-#include <QListWidget>
+#include <QListView>
 #include <QPushButton>
 
 namespace velmora {
@@ -32,13 +32,19 @@ inline void choose(QComboBox* list, const QString& text)
     Q_EMIT list->activated(list->currentIndex());
 }
 
-/// The lines of the only list in a window.
+/// The list of the log in a window: the lists of its other controls are lists too.
+inline QListView* logList(const QWidget& window)
+{
+    return control<QWidget>(window, QStringLiteral("WholeLine"))->parentWidget()->findChild<QListView*>();
+}
+
+/// The lines of the log in a window.
 inline QStringList lines(const QWidget& window)
 {
-    const auto* list = window.findChild<QListWidget*>();
+    const QAbstractItemModel* model = logList(window)->model();
     QStringList texts;
-    for (int row = 0; row < list->count(); ++row)
-        texts << list->item(row)->text();
+    for (int row = 0; row < model->rowCount(); ++row)
+        texts << model->index(row, 0).data().toString();
     return texts;
 }
 
