@@ -1,11 +1,9 @@
 // What every command of velmora-cli is made of.
 #pragma once
 
-#include <functional>
+#include "cli/parser.h"
 
-namespace CLI {
-class App;
-}
+#include <functional>
 
 namespace velmora {
 
@@ -16,20 +14,20 @@ enum ExitStatus : int { Done = 0, EndedWithMessage = 1, WrongUsage = 2, StartUpE
 
 /// A command: its part of the command line, and what it does once the start-up is through.
 struct Command {
-    CLI::App* parser;
+    Parser parser;
     /// Throws DatabaseError when the database fails.
     std::function<ExitStatus(MMain&)> run;
 };
 
-Command startCommand(CLI::App& application);
-Command listCommand(CLI::App& application);
-Command generateCommand(CLI::App& application);
-Command phonebookCommand(CLI::App& application);
-Command rangesCommand(CLI::App& application);
-Command rebootCommand(CLI::App& application);
-Command languageCommand(CLI::App& application);
-Command statusCommand(CLI::App& application);
-Command explainCommand(CLI::App& application);
-Command tableCommand(CLI::App& application);
+Command startCommand(Parser application);
+Command listCommand(Parser application);
+Command generateCommand(Parser application);
+Command phonebookCommand(Parser application);
+Command rangesCommand(Parser application);
+Command rebootCommand(Parser application);
+Command languageCommand(Parser application);
+Command statusCommand(Parser application);
+Command explainCommand(Parser application);
+Command tableCommand(Parser application);
 
 } // namespace velmora

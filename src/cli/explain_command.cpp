@@ -3,8 +3,6 @@
 #include "mainwindow/menu.h"
 #include "status/status_lines.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
 #include <memory>
@@ -16,9 +14,9 @@ namespace velmora {
 namespace {
 
 struct Options {
-    std::string company;
-    std::string phone;
-    std::string parameter;
+    QString company;
+    QString phone;
+    QString parameter;
 };
 
 ExitStatus run(MMain& main, const Options& options)
@@ -28,15 +26,15 @@ ExitStatus run(MMain& main, const Options& options)
         return EndedWithMessage;
     }
     Phone phone;
-    phone.company = QString::fromStdString(options.company);
-    phone.code = QString::fromStdString(options.phone);
+    phone.company = options.company;
+    phone.code = options.phone;
     const Recordset rows = main.connection.select(u"SELECT * FROM PHONES WHERE CO_CODE = ? AND PH_CODE = ?"_s,
                                                   {phone.company, phone.code});
     if (rows.eof()) {
         main.showMessage(u"M8"_s);
         return EndedWithMessage;
     }
-    const QString wanted = QString::fromStdString(options.parameter);
+    const QString& wanted = options.parameter;
     QTextStream out(stdout);
     bool found = wanted.isEmpty();
     for (const ExplainedParameter& parameter : explain(main, phoneOf(rows))) {
@@ -52,14 +50,14 @@ ExitStatus run(MMain& main, const Options& options)
 
 } // namespace
 
-Command explainCommand(CLI::App& application)
+Command explainCommand(Parser application)
 {
-    CLI::App* parser =
-        application.add_subcommand("explain", "Tell where the values of a phone's parameters come from");
+    Parser parser =
+        application.addCommand("explain", "Tell where the values of a phone's parameters come from");
     const auto options = std::make_shared<Options>();
-    parser->add_option("--company", options->company, "Code of the company")->required();
-    parser->add_option("--phone", options->phone, "Code of the phone")->required();
-    parser->add_option("--parameter", options->parameter, "Only this parameter (default: all)");
+    parser.addOption("--company", options->company, "Code of the company").required();
+    parser.addOption("--phone", options->phone, "Code of the phone").required();
+    parser.addOption("--parameter", options->parameter, "Only this parameter (default: all)");
     return {parser, [options](MMain& main) { return run(main, *options); }};
 }
 

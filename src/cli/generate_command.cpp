@@ -4,11 +4,8 @@
 #include "generation/destination.h"
 #include "mainwindow/menu.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
-#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -19,18 +16,15 @@ namespace {
 
 struct Options {
     PhoneSelection phones;
-    std::vector<std::string> levels;
+    QStringList levels;
     bool source = false;
-    std::string folder;
+    QString folder;
     bool dryRun = false;
 };
 
-Levels chosenLevels(const std::vector<std::string>& names)
+Levels chosenLevels(const QStringList& names)
 {
-    const auto named = [&names](const char* level) {
-        return std::find(names.begin(), names.end(), level) != names.end();
-    };
-    return {named("phone"), named("company"), named("equipment")};
+    return {names.contains(u"phone"_s), names.contains(u"company"_s), names.contains(u"equipment"_s)};
 }
 
 /// The requests that the options make, completed by what is remembered for company and models. Of all models,
@@ -38,15 +32,15 @@ Levels chosenLevels(const std::vector<std::string>& names)
 QList<GenerationRequest> requestsOf(MMain& main, const Options& options)
 {
     QList<GenerationRequest> requests = requestsFor(main, choiceOf(options.phones));
-    if (options.phones.equipment.empty())
+    if (options.phones.equipment.isEmpty())
         requests.removeIf(
             [&main](const GenerationRequest& request) { return !writerOf(main, request.equipment); });
     for (GenerationRequest& request : requests) {
         request.withSource = options.source;
-        if (!options.levels.empty())
+        if (!options.levels.isEmpty())
             request.levels = chosenLevels(options.levels);
-        if (!options.folder.empty())
-            request.folder = QString::fromStdString(options.folder);
+        if (!options.folder.isEmpty())
+            request.folder = options.folder;
     }
     return requests;
 }
@@ -77,27 +71,26 @@ ExitStatus run(MMain& main, const Options& options)
         main.showMessage(u"M8"_s);
     bool isDone = tellCodesWithoutPhone(main, requests) && !requests.isEmpty();
     for (const GenerationRequest& request : requests)
-        isDone = generate(main, request, options.phones.equipment.empty()) && isDone;
+        isDone = generate(main, request, options.phones.equipment.isEmpty()) && isDone;
     return isDone ? Done : EndedWithMessage;
 }
 
 } // namespace
 
-Command generateCommand(CLI::App& application)
+Command generateCommand(Parser application)
 {
-    CLI::App* parser = application.add_subcommand("generate", "Write the configuration files of phones");
+    Parser parser = application.addCommand("generate", "Write the configuration files of phones");
     const auto options = std::make_shared<Options>();
-    addSelection(*parser, options->phones, Models::OneOrAll);
-    addPhones(*parser, options->phones);
+    addSelection(parser, options->phones, Models::OneOrAll);
+    addPhones(parser, options->phones);
     parser
-        ->add_option("--levels", options->levels,
-                     "Levels to include, of phone, company and equipment (default: as remembered)")
-        ->delimiter(',')
-        ->check(CLI::IsMember({"phone", "company", "equipment"}));
-    parser->add_flag("--source", options->source, "Write a readable source copy beside each file");
-    parser->add_option("--folder", options->folder, "Folder for the files (default: as remembered)");
-    parser->add_flag("--dry-run", options->dryRun,
-                     "Write nothing: compare, and list the parameters that differ");
+        .addOption("--levels", options->levels,
+                   "Levels to include, of phone, company and equipment (default: as remembered)")
+        .oneOf({u"phone"_s, u"company"_s, u"equipment"_s});
+    parser.addFlag("--source", options->source, "Write a readable source copy beside each file");
+    parser.addOption("--folder", options->folder, "Folder for the files (default: as remembered)");
+    parser.addFlag("--dry-run", options->dryRun,
+                   "Write nothing: compare, and list the parameters that differ");
     return {parser, [options](MMain& main) { return run(main, *options); }};
 }
 

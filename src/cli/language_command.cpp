@@ -2,8 +2,6 @@
 #include "common/MMain.h"
 #include "editor/language_setting.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
 #include <memory>
@@ -40,14 +38,14 @@ ExitStatus change(MMain& main, const QString& language, const QStringList& langu
 
 } // namespace
 
-Command languageCommand(CLI::App& application)
+Command languageCommand(Parser application)
 {
-    CLI::App* parser = application.add_subcommand("language", "List the languages, or change the language");
-    const auto language = std::make_shared<std::string>();
-    parser->add_option("language", *language, "The code of the language to change to");
+    Parser parser = application.addCommand("language", "List the languages, or change the language");
+    const auto language = std::make_shared<QString>();
+    parser.addOption("language", *language, "The code of the language to change to");
     return {parser, [language](MMain& main) {
                 const QStringList languages = languagesWithTexts(main);
-                const QString chosen = QString::fromStdString(*language).toUpper();
+                const QString chosen = language->toUpper();
                 return chosen.isEmpty() ? print(main.language, languages) : change(main, chosen, languages);
             }};
 }

@@ -1,8 +1,6 @@
 #include "cli/command.h"
 #include "runs/phone_selection.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
 #include <memory>
@@ -12,8 +10,8 @@ namespace velmora {
 namespace {
 
 struct Options {
-    std::string company;
-    std::string equipment;
+    QString company;
+    QString equipment;
 };
 
 ExitStatus print(const QList<ListEntry>& entries)
@@ -26,26 +24,25 @@ ExitStatus print(const QList<ListEntry>& entries)
 
 } // namespace
 
-Command listCommand(CLI::App& application)
+Command listCommand(Parser application)
 {
-    CLI::App* parser = application.add_subcommand("list", "List codes and descriptions, a tab between them");
-    parser->require_subcommand(1);
+    Parser parser = application.addCommand("list", "List codes and descriptions, a tab between them");
+    parser.requireCommand();
     const auto options = std::make_shared<Options>();
-    parser->add_subcommand("companies", "All companies");
-    CLI::App* models = parser->add_subcommand("models", "The models of which a company has phones");
-    models->add_option("--company", options->company, "Code of the company")->required();
-    CLI::App* phones = parser->add_subcommand("phones", "The phones of a company");
-    phones->add_option("--company", options->company, "Code of the company")->required();
-    phones->add_option("--equipment", options->equipment, "Only phones of this model");
+    parser.addCommand("companies", "All companies");
+    Parser models = parser.addCommand("models", "The models of which a company has phones");
+    models.addOption("--company", options->company, "Code of the company").required();
+    Parser phones = parser.addCommand("phones", "The phones of a company");
+    phones.addOption("--company", options->company, "Code of the company").required();
+    phones.addOption("--equipment", options->equipment, "Only phones of this model");
 
     return {parser, [=](MMain& main) {
-                const QString company = QString::fromStdString(options->company);
-                const QString equipment = QString::fromStdString(options->equipment);
-                if (models->parsed())
-                    return print(modelsOf(main, company));
-                if (phones->parsed())
-                    return print(equipment.isEmpty() ? phonesOf(main, company)
-                                                     : phonesOf(main, company, equipment));
+                if (models.isChosen())
+                    return print(modelsOf(main, options->company));
+                if (phones.isChosen())
+                    return print(options->equipment.isEmpty()
+                                     ? phonesOf(main, options->company)
+                                     : phonesOf(main, options->company, options->equipment));
                 return print(companies(main));
             }};
 }

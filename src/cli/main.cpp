@@ -11,8 +11,6 @@
 #include "startup/program_folder.h"
 #include "startup/start_up.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QCoreApplication>
 #include <QTextStream>
 
@@ -23,26 +21,6 @@ using namespace Qt::StringLiterals;
 using namespace velmora;
 
 namespace {
-
-/// The arguments as UTF-8 on every system, in the order in which the parser takes a list of them.
-std::vector<std::string> argumentsLastFirst()
-{
-    std::vector<std::string> arguments;
-    for (const QString& argument : QCoreApplication::arguments().sliced(1))
-        arguments.insert(arguments.begin(), argument.toStdString());
-    return arguments;
-}
-
-/// Tells why the command line can't be taken. What is not known is named first: a command that is mistyped
-/// also looks as if there were none.
-ExitStatus explain(const CLI::App& parser, const CLI::ParseError& error)
-{
-    const std::vector<std::string> unknown = parser.remaining(true);
-    const bool missing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-    const int status =
-        missing && !unknown.empty() ? parser.exit(CLI::ExtrasError(unknown)) : parser.exit(error);
-    return status == 0 ? Done : WrongUsage;
-}
 
 /// Runs a command after the start-up; what it does not trap itself is a message.
 ExitStatus run(const Command& command, MMain& main)
@@ -73,36 +51,32 @@ ExitStatus withOutput(ExitStatus status, const QString& language)
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    CLI::App parser("Velmora: configuration files, phone books and restarts of IP phones", "velmora-cli");
-    parser.set_version_flag("--version", "velmora-cli " + versionText().toStdString());
-    parser.require_subcommand(1);
-    parser.fallthrough();
-    std::string folder;
-    std::string actAs;
+    CommandLine line("velmora-cli", "Velmora: configuration files, phone books and restarts of IP phones",
+                     "velmora-cli "_L1 + versionText());
+    Parser parser = line.parser();
+    QString folder;
+    QString actAs;
     bool yes = false;
-    parser.add_option("--program-dir", folder, "The folder of ParamDB.txt and the seed file");
-    const CLI::Option* as = parser.add_option("--as", actAs, "Act as this user (superusers only)");
-    parser.add_flag("--yes", yes, "Answer yes to every question");
+    parser.addOption("--program-dir", folder, "The folder of ParamDB.txt and the seed file");
+    const Option as = parser.addOption("--as", actAs, "Act as this user (superusers only)");
+    parser.addFlag("--yes", yes, "Answer yes to every question");
     const std::vector<Command> commands = {
         startCommand(parser),    listCommand(parser),      generateCommand(parser), statusCommand(parser),
         explainCommand(parser),  phonebookCommand(parser), rangesCommand(parser),   rebootCommand(parser),
         languageCommand(parser), tableCommand(parser)};
-    try {
-        parser.parse(argumentsLastFirst());
-    } catch (const CLI::ParseError& error) {
-        return withOutput(explain(parser, error), u"EN"_s);
-    }
+    const Usage usage = line.parse(QCoreApplication::arguments().sliced(1));
+    if (usage != Usage::Right)
+        return withOutput(usage == Usage::HelpWanted ? Done : WrongUsage, u"EN"_s);
 
-    const auto userAnswer = as->count() > 0 ? std::optional(QString::fromStdString(actAs)) : std::nullopt;
-    const QString chosenFolder = QString::fromStdString(folder);
-    MMain mainModule(programFolder(chosenFolder), terminalPrompts(userAnswer, yes));
-    if (!fillProgramFolder(mainModule, chosenFolder) || !StartUp(mainModule, systemUserName()))
+    const auto userAnswer = as.isGiven() ? std::optional(actAs) : std::nullopt;
+    MMain mainModule(programFolder(folder), terminalPrompts(userAnswer, yes));
+    if (!fillProgramFolder(mainModule, folder) || !StartUp(mainModule, systemUserName()))
         return StartUpEnded;
     if (userAnswer && !userAnswer->isEmpty() && mainModule.userName != userAnswer->toUpper()) {
         mainModule.showMessage(u"M293"_s, mainModule.userName);
         return WrongUsage;
     }
     const auto chosen = std::find_if(commands.begin(), commands.end(),
-                                     [](const Command& command) { return command.parser->parsed(); });
+                                     [](const Command& command) { return command.parser.isChosen(); });
     return withOutput(run(*chosen, mainModule), mainModule.language);
 }

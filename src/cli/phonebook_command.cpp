@@ -6,8 +6,6 @@
 #include "phonebook/phone_book_import.h"
 #include "runs/phone_selection.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
 #include <memory>
@@ -19,9 +17,9 @@ namespace velmora {
 namespace {
 
 struct Options {
-    std::string company;
-    std::string equipment;
-    std::string folder;
+    QString company;
+    QString equipment;
+    QString folder;
     bool workbook = false;
 };
 
@@ -39,9 +37,7 @@ ExitStatus run(MMain& main, const Kind& kind, const Options& options)
         main.showMessage(u"M208"_s, main.userName);
         return EndedWithMessage;
     }
-    PhoneBookRequest request{QString::fromStdString(options.company),
-                             QString::fromStdString(options.equipment),
-                             QString::fromStdString(options.folder)};
+    PhoneBookRequest request{options.company, options.equipment, options.folder};
     if (request.folder.isEmpty())
         request.folder = rememberedFolder(main, request.company + request.equipment, kind.folderCode);
     QTextStream out(stdout);
@@ -52,29 +48,28 @@ ExitStatus run(MMain& main, const Kind& kind, const Options& options)
 
 } // namespace
 
-Command phonebookCommand(CLI::App& application)
+Command phonebookCommand(Parser application)
 {
-    CLI::App* parser =
-        application.add_subcommand("phonebook", "Write, import or export a company's phone book");
-    parser->require_subcommand(1);
+    Parser parser = application.addCommand("phonebook", "Write, import or export a company's phone book");
+    parser.requireCommand();
     const auto options = std::make_shared<Options>();
     const auto add = [&](const char* name, const char* description) {
-        CLI::App* kind = parser->add_subcommand(name, description);
-        kind->add_option("--company", options->company, "Code of the company")->required();
-        kind->add_option("--folder", options->folder, "Folder of the file (default: as remembered)");
+        Parser kind = parser.addCommand(name, description);
+        kind.addOption("--company", options->company, "Code of the company").required();
+        kind.addOption("--folder", options->folder, "Folder of the file (default: as remembered)");
         return kind;
     };
-    CLI::App* generate = add("generate", "Write the address book that phones load, gs_phonebook.xml");
-    CLI::App* import = add("import", "Import the user list of a telephone server, confUsers.ini");
-    for (CLI::App* kind : {generate, import})
-        kind->add_option("--equipment", options->equipment, "Code of the model")->required();
-    CLI::App* exporting = add("export", "Export to Phone_Book.csv");
-    exporting->add_flag("--xlsx", options->workbook, "Export to a new workbook instead");
+    Parser generate = add("generate", "Write the address book that phones load, gs_phonebook.xml");
+    Parser import = add("import", "Import the user list of a telephone server, confUsers.ini");
+    for (Parser kind : {generate, import})
+        kind.addOption("--equipment", options->equipment, "Code of the model").required();
+    Parser exporting = add("export", "Export to Phone_Book.csv");
+    exporting.addFlag("--xlsx", options->workbook, "Export to a new workbook instead");
 
     return {parser, [=](MMain& main) {
-                if (generate->parsed())
+                if (generate.isChosen())
                     return run(main, {u"PbGen"_s, u"$$PBGEN"_s, generatePhoneBook}, *options);
-                if (import->parsed())
+                if (import.isChosen())
                     return run(main,
                                {u"PbImp"_s, u"$$PBIMP"_s,
                                 [](MMain& all, const PhoneBookRequest& request, const RunReport& report) {

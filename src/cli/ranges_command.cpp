@@ -3,8 +3,7 @@
 #include "mainwindow/menu.h"
 #include "ranges/ranges.h"
 
-#include <CLI/CLI.hpp>
-
+#include <QRegularExpression>
 #include <QTextStream>
 
 #include <memory>
@@ -16,9 +15,9 @@ namespace velmora {
 namespace {
 
 struct Options {
-    std::string company;
-    std::string from;
-    std::string to;
+    QString company;
+    QString from;
+    QString to;
 };
 
 ExitStatus run(MMain& main, const Options& options, bool remove)
@@ -30,38 +29,34 @@ ExitStatus run(MMain& main, const Options& options, bool remove)
     QTextStream out(stdout);
     const RunReport report = {[&out](const QString& line) { out << line << '\n'; },
                               [](qsizetype, qsizetype) {}};
-    const RangeRequest request{QString::fromStdString(options.company), QString::fromStdString(options.from),
-                               QString::fromStdString(options.to), remove};
+    const RangeRequest request{options.company, options.from, options.to, remove};
     return generateRanges(main, request, report) ? Done : EndedWithMessage;
 }
 
 /// Up to nine digits, as the window takes them.
-std::string digitsOnly(const std::string& text)
+QString digitsOnly(const QString& text)
 {
-    const bool digits =
-        !text.empty() && text.size() <= 9 && text.find_first_not_of("0123456789") == std::string::npos;
-    return digits ? std::string() : "up to nine digits are needed, not " + text;
+    static const QRegularExpression digits(u"^[0-9]{1,9}\\z"_s);
+    return digits.match(text).hasMatch() ? QString() : "up to nine digits are needed, not "_L1 + text;
 }
 
 } // namespace
 
-Command rangesCommand(CLI::App& application)
+Command rangesCommand(Parser application)
 {
-    CLI::App* parser =
-        application.add_subcommand("ranges", "Add or delete the phone codes that a company may use");
-    parser->require_subcommand(1);
+    Parser parser = application.addCommand("ranges", "Add or delete the phone codes that a company may use");
+    parser.requireCommand();
     const auto options = std::make_shared<Options>();
-    const CLI::Validator digits(digitsOnly, "DIGITS");
     const auto add = [&](const char* name, const char* description) {
-        CLI::App* kind = parser->add_subcommand(name, description);
-        kind->add_option("--company", options->company, "Code of the company")->required();
-        kind->add_option("--from", options->from, "First code")->required()->check(digits);
-        kind->add_option("--to", options->to, "Last code")->required()->check(digits);
+        Parser kind = parser.addCommand(name, description);
+        kind.addOption("--company", options->company, "Code of the company").required();
+        kind.addOption("--from", options->from, "First code").required().check("DIGITS", digitsOnly);
+        kind.addOption("--to", options->to, "Last code").required().check("DIGITS", digitsOnly);
         return kind;
     };
     add("add", "Add every code of an interval");
-    const CLI::App* removing = add("delete", "Delete every code of an interval");
-    return {parser, [options, removing](MMain& main) { return run(main, *options, removing->parsed()); }};
+    const Parser removing = add("delete", "Delete every code of an interval");
+    return {parser, [options, removing](MMain& main) { return run(main, *options, removing.isChosen()); }};
 }
 
 } // namespace velmora

@@ -7,8 +7,6 @@
 #include "reboot/dry_run.h"
 #include "reboot/reboot.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
 #include <memory>
@@ -27,7 +25,7 @@ struct Options {
     int pause = 0;
     bool confirm = false;
     bool dryRun = false;
-    std::string failedTo;
+    QString failedTo;
     quint16 port = HttpExchange::webPort;
 };
 
@@ -65,7 +63,7 @@ void writeCodes(const QString& path, const QStringList& codes)
 
 ExitStatus restart(MMain& main, const Options& options, const RebootRequest& request, const RunReport& report)
 {
-    const QString failedTo = QString::fromStdString(options.failedTo);
+    const QString& failedTo = options.failedTo;
     if (!failedTo.isEmpty())
         checkWritable(failedTo);
     Reboot reboot(main, options.port, report);
@@ -106,29 +104,25 @@ ExitStatus run(MMain& main, const Options& options)
 
 } // namespace
 
-Command rebootCommand(CLI::App& application)
+Command rebootCommand(Parser application)
 {
-    CLI::App* parser = application.add_subcommand("reboot", "Restart phones through their web servers");
+    Parser parser = application.addCommand("reboot", "Restart phones through their web servers");
     const auto options = std::make_shared<Options>();
-    addSelection(*parser, options->phones, Models::OneOrAll);
-    addPhones(*parser, options->phones);
-    parser->add_flag("--changed", options->changedOnly,
-                     "Only phones whose file is another one than at their last restart");
-    parser->add_flag("--wait-if-busy", options->waitIfBusy, "Ask a busy phone again every five seconds");
-    parser->add_option("--at-once", options->atOnce, "How many phones are visited at a time")
-        ->check(CLI::Range(1, mostAtOnce))
-        ->capture_default_str();
-    parser->add_option("--pause", options->pause, "Seconds from the start of one visit to the next")
-        ->check(CLI::Range(0, 3600))
-        ->capture_default_str();
-    parser->add_flag("--confirm", options->confirm,
-                     "Count as restarted what goes down within a minute and is back five minutes later");
-    parser->add_flag("--dry-run", options->dryRun, "Show what would be visited, and visit nothing");
-    parser->add_option("--failed-to", options->failedTo,
-                       "Write the codes of the phones that failed to this file");
-    parser->add_option("--port", options->port, "Port of the phones' web servers")
-        ->check(CLI::Range(1, 65535))
-        ->capture_default_str();
+    addSelection(parser, options->phones, Models::OneOrAll);
+    addPhones(parser, options->phones);
+    parser.addFlag("--changed", options->changedOnly,
+                   "Only phones whose file is another one than at their last restart");
+    parser.addFlag("--wait-if-busy", options->waitIfBusy, "Ask a busy phone again every five seconds");
+    parser.addOption("--at-once", options->atOnce, "How many phones are visited at a time")
+        .between(1, mostAtOnce);
+    parser.addOption("--pause", options->pause, "Seconds from the start of one visit to the next")
+        .between(0, 3600);
+    parser.addFlag("--confirm", options->confirm,
+                   "Count as restarted what goes down within a minute and is back five minutes later");
+    parser.addFlag("--dry-run", options->dryRun, "Show what would be visited, and visit nothing");
+    parser.addOption("--failed-to", options->failedTo,
+                     "Write the codes of the phones that failed to this file");
+    parser.addOption("--port", options->port, "Port of the phones' web servers").between(1, 65535);
     return {parser, [options](MMain& main) { return run(main, *options); }};
 }
 

@@ -3,32 +3,31 @@
 #include "files/whole_file.h"
 #include "runs/phone_selection.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-void addSelection(CLI::App& parser, PhoneSelection& selection, Models models)
+void addSelection(Parser parser, PhoneSelection& selection, Models models)
 {
-    parser.add_option("--company", selection.company, "Code of the company")->required();
-    CLI::Option* equipment =
-        parser.add_option("--equipment", selection.equipment,
-                          models == Models::One ? "Code of the model" : "Code of the model (default: all)");
-    equipment->required(models == Models::One);
-    parser.add_option("--from", selection.from, "First phone (default: the first)");
-    parser.add_option("--to", selection.to, "Last phone (default: the last)");
+    parser.addOption("--company", selection.company, "Code of the company").required();
+    Option equipment =
+        parser.addOption("--equipment", selection.equipment,
+                         models == Models::One ? "Code of the model" : "Code of the model (default: all)");
+    if (models == Models::One)
+        equipment.required();
+    parser.addOption("--from", selection.from, "First phone (default: the first)");
+    parser.addOption("--to", selection.to, "Last phone (default: the last)");
 }
 
-void addPhones(CLI::App& parser, PhoneSelection& selection)
+void addPhones(Parser parser, PhoneSelection& selection)
 {
     parser
-        .add_option("--phones", selection.phones,
-                    "Only these phones: codes with commas between them, or @FILE with a code on each line")
-        ->excludes("--from")
-        ->excludes("--to");
+        .addOption("--phones", selection.phones,
+                   "Only these phones: codes with commas between them, or @FILE with a code on each line")
+        .excludes("--from")
+        .excludes("--to");
 }
 
 QStringList phoneCodes(const QString& phones)
@@ -44,10 +43,9 @@ QStringList phoneCodes(const QString& phones)
 
 PhoneChoice choiceOf(const PhoneSelection& selection)
 {
-    PhoneChoice choice{QString::fromStdString(selection.company), QString::fromStdString(selection.equipment),
-                       QString::fromStdString(selection.from), QString::fromStdString(selection.to)};
-    if (!selection.phones.empty())
-        choice.codes = phoneCodes(QString::fromStdString(selection.phones));
+    PhoneChoice choice{selection.company, selection.equipment, selection.from, selection.to};
+    if (!selection.phones.isEmpty())
+        choice.codes = phoneCodes(selection.phones);
     return choice;
 }
 

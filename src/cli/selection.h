@@ -1,17 +1,13 @@
 // The options that select a company, a model and phones.
 #pragma once
 
+#include "cli/parser.h"
 #include "generation/model_requests.h"
 
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-#include <string>
-
-namespace CLI {
-class App;
-}
 
 namespace velmora {
 
@@ -19,22 +15,22 @@ class MMain;
 
 /// What stands on the command line.
 struct PhoneSelection {
-    std::string company;
+    QString company;
     /// May stay empty where all models can be meant.
-    std::string equipment;
-    std::string from;
-    std::string to;
+    QString equipment;
+    QString from;
+    QString to;
     /// Codes with commas between them, or "@" and the name of a file that holds codes.
-    std::string phones;
+    QString phones;
 };
 
 /// Which models a command works on.
 enum class Models { One, OneOrAll };
 
 /// Adds --company, --equipment, --from and --to.
-void addSelection(CLI::App& parser, PhoneSelection& selection, Models models = Models::One);
+void addSelection(Parser parser, PhoneSelection& selection, Models models = Models::One);
 /// Adds --phones, which takes the place of --from and --to.
-void addPhones(CLI::App& parser, PhoneSelection& selection);
+void addPhones(Parser parser, PhoneSelection& selection);
 
 /// The codes that `phones` names, each once, in their order; in a file they stand on lines or between commas.
 /// Throws FileError when the file can't be read.

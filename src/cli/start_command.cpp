@@ -1,12 +1,10 @@
 #include "cli/command.h"
 
-#include <CLI/CLI.hpp>
-
 namespace velmora {
 
-Command startCommand(CLI::App& application)
+Command startCommand(Parser application)
 {
-    CLI::App* parser = application.add_subcommand("start", "Run the start-up only");
+    Parser parser = application.addCommand("start", "Run the start-up only");
     return {parser, [](MMain&) { return Done; }};
 }
 

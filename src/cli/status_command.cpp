@@ -3,8 +3,6 @@
 #include "common/MMain.h"
 #include "mainwindow/menu.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -15,7 +13,7 @@ namespace {
 
 struct Options {
     PhoneSelection phones;
-    std::string folder;
+    QString folder;
     bool details = false;
 };
 
@@ -26,23 +24,23 @@ ExitStatus run(MMain& main, const Options& options)
         return EndedWithMessage;
     }
     QList<GenerationRequest> requests = requestsFor(main, choiceOf(options.phones));
-    if (!options.folder.empty())
+    if (!options.folder.isEmpty())
         for (GenerationRequest& request : requests)
-            request.folder = QString::fromStdString(options.folder);
+            request.folder = options.folder;
     return printStatus(main, requests, options.details);
 }
 
 } // namespace
 
-Command statusCommand(CLI::App& application)
+Command statusCommand(Parser application)
 {
-    CLI::App* parser = application.add_subcommand(
+    Parser parser = application.addCommand(
         "status", "Compare the files of phones with what would be written now; nothing is written");
     const auto options = std::make_shared<Options>();
-    addSelection(*parser, options->phones, Models::OneOrAll);
-    addPhones(*parser, options->phones);
-    parser->add_option("--folder", options->folder, "Folder of the files (default: as remembered)");
-    parser->add_flag("--details", options->details, "Also list the parameters that differ");
+    addSelection(parser, options->phones, Models::OneOrAll);
+    addPhones(parser, options->phones);
+    parser.addOption("--folder", options->folder, "Folder of the files (default: as remembered)");
+    parser.addFlag("--details", options->details, "Also list the parameters that differ");
     return {parser, [options](MMain& main) { return run(main, *options); }};
 }
 

@@ -9,10 +9,9 @@
 #include "files/whole_file.h"
 #include "mainwindow/menu.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QTextStream>
 
+#include <cctype>
 #include <cstdio>
 #include <memory>
 
@@ -23,9 +22,9 @@ namespace velmora {
 namespace {
 
 struct Options {
-    std::string table;
-    std::string file;
-    std::string separator;
+    QString table;
+    QString file;
+    QString separator;
     bool dryRun = false;
     bool skipRefused = false;
     bool addRanges = false;
@@ -68,14 +67,12 @@ std::optional<Access> accessOf(MMain& main, const QString& table)
 }
 
 /// The table, as far as the user may open it; nothing after a message.
-std::optional<OpenTable> openTable(MMain& main, const std::string& name)
+std::optional<OpenTable> openTable(MMain& main, const QString& name)
 {
-    const QString table = QString::fromStdString(name).toUpper();
+    const QString table = name.toUpper();
     const QStringList tables = tablesOf(tableTabs(main));
     if (!tables.contains(table)) {
-        main.prompts.show(
-            VerdictTexts(main, {}).text({u"M317"_s, {QString::fromStdString(name), tables.join(", "_L1)}}),
-            {});
+        main.prompts.show(VerdictTexts(main, {}).text({u"M317"_s, {name, tables.join(", "_L1)}}), {});
         return std::nullopt;
     }
     const std::optional<Access> access = accessOf(main, table);
@@ -84,19 +81,19 @@ std::optional<OpenTable> openTable(MMain& main, const std::string& name)
 
 std::optional<char> separatorOf(const Options& options)
 {
-    if (options.separator.empty())
+    if (options.separator.isEmpty())
         return std::nullopt;
-    return options.separator == "tab" ? '\t' : options.separator.front();
+    return options.separator == "tab"_L1 ? '\t' : options.separator.front().toLatin1();
 }
 
 ExitStatus exportTo(MMain& main, const OpenTable& table, const Options& options)
 {
     const auto exported =
         exportTable(main, table, separatorOf(options).value_or(','), [](qsizetype) { return true; });
-    if (options.file.empty())
+    if (options.file.isEmpty())
         std::fwrite(exported->bytes.constData(), 1, static_cast<size_t>(exported->bytes.size()), stdout);
     else
-        writeWholeFile(QString::fromStdString(options.file), exported->bytes);
+        writeWholeFile(options.file, exported->bytes);
     QTextStream(stderr) << (exported->rows == 1
                                 ? main.messageLine(u"M316"_s)
                                 : main.messageLine(u"M209"_s, QString::number(exported->rows)))
@@ -147,7 +144,7 @@ ExitStatus importFrom(MMain& main, const OpenTable& table, const Options& option
         columns << column.name;
     VerdictTexts texts(main, columns);
     QTextStream err(stderr);
-    const QString path = QString::fromStdString(options.file);
+    const QString& path = options.file;
     try {
         const TableFile file = readTableFile(readTableBytes(path), table.description, separatorOf(options));
         if (!file.further.isEmpty())
@@ -178,44 +175,42 @@ ExitStatus run(MMain& main, const Options& options,
 }
 
 /// One character that no value is written with.
-std::string separatorOnly(const std::string& text)
+QString separatorOnly(const QString& text)
 {
-    const bool one =
-        text.size() == 1 && text != "\"" && std::ispunct(static_cast<unsigned char>(text[0])) != 0;
-    return one || text == "tab" ? std::string() : "one character or \"tab\" is needed, not " + text;
+    const ushort character = text.size() == 1 ? text.front().unicode() : 0;
+    const bool one = character < 0x80 && character != '"' && std::ispunct(character) != 0;
+    return one || text == "tab"_L1 ? QString() : "one character or \"tab\" is needed, not "_L1 + text;
 }
 
 } // namespace
 
-Command tableCommand(CLI::App& application)
+Command tableCommand(Parser application)
 {
-    CLI::App* parser =
-        application.add_subcommand("table", "Write a table as separated values, or take them in");
-    parser->require_subcommand(1);
+    Parser parser = application.addCommand("table", "Write a table as separated values, or take them in");
+    parser.requireCommand();
     const auto options = std::make_shared<Options>();
-    parser->add_subcommand("list", "The tables that you may open, a tab between name and caption");
-    const CLI::Validator separator(separatorOnly, "S");
+    parser.addCommand("list", "The tables that you may open, a tab between name and caption");
     const auto add = [&](const char* name, const char* description, const char* aboutSeparator) {
-        CLI::App* kind = parser->add_subcommand(name, description);
-        kind->add_option("table", options->table, "Name of the table")->required();
-        kind->add_option("--separator", options->separator, aboutSeparator)->check(separator);
+        Parser kind = parser.addCommand(name, description);
+        kind.addOption("table", options->table, "Name of the table").required();
+        kind.addOption("--separator", options->separator, aboutSeparator).check("S", separatorOnly);
         return kind;
     };
-    CLI::App* exporting = add("export", "Write the columns' names and every row",
-                              "What stands between fields: a character or \"tab\" (default: ,)");
-    exporting->add_option("--file", options->file, "The file to write (default: standard output)");
-    CLI::App* importing = add("import", "Take in rows: add new ones and change those that differ",
-                              "What stands between fields: a character or \"tab\" (default: recognised)");
-    importing->add_option("--file", options->file, "The file to read")->required();
-    importing->add_flag("--dry-run", options->dryRun, "Write nothing");
-    importing->add_flag("--skip-refused", options->skipRefused,
-                        "Leave out refused lines; otherwise one of them keeps all from being written");
-    importing->add_flag("--add-ranges", options->addRanges,
-                        "Add phones' codes that are missing in their companies' ranges");
+    Parser exporting = add("export", "Write the columns' names and every row",
+                           "What stands between fields: a character or \"tab\" (default: ,)");
+    exporting.addOption("--file", options->file, "The file to write (default: standard output)");
+    Parser importing = add("import", "Take in rows: add new ones and change those that differ",
+                           "What stands between fields: a character or \"tab\" (default: recognised)");
+    importing.addOption("--file", options->file, "The file to read").required();
+    importing.addFlag("--dry-run", options->dryRun, "Write nothing");
+    importing.addFlag("--skip-refused", options->skipRefused,
+                      "Leave out refused lines; otherwise one of them keeps all from being written");
+    importing.addFlag("--add-ranges", options->addRanges,
+                      "Add phones' codes that are missing in their companies' ranges");
     return {parser, [=](MMain& main) {
-                if (exporting->parsed())
+                if (exporting.isChosen())
                     return run(main, *options, exportTo);
-                if (importing->parsed())
+                if (importing.isChosen())
                     return run(main, *options, importFrom);
                 return run(main, *options, nullptr);
             }};
