@@ -122,7 +122,7 @@ Command rebootCommand(CLI::App& application)
         ->check(CLI::Range(0, 3600))
         ->capture_default_str();
     parser->add_flag("--confirm", options->confirm,
-                     "Count as restarted what goes down within a minute and is back five minutes later");
+                     "Count as restarted only what goes down within a minute and is back within five");
     parser->add_flag("--dry-run", options->dryRun, "Show what would be visited, and visit nothing");
     parser->add_option("--failed-to", options->failedTo,
                        "Write the codes of the phones that failed to this file");
