@@ -22,6 +22,7 @@
 #include <QComboBox>
 #include <QIcon>
 #include <QPushButton>
+#include <QTest>
 #include <QTextStream>
 
 using namespace Qt::StringLiterals;
@@ -57,6 +58,16 @@ void takeEditorImages(MMain& main, const QString& folder, const QString& suffix)
     list->selectRow(4);
     save(editor, folder + "/FParameters-list"_L1 + suffix);
 
+    list->selectAll();
+    editor.findChild<QAction*>(u"SetColumn"_s)->trigger();
+    auto* many = editor.findChild<FManyRecords*>();
+    many->findChild<QComboBox*>(u"Column"_s)->setCurrentIndex(1);
+    Q_EMIT many->findChild<QComboBox*>(u"Column"_s)->activated(1);
+    QTest::keyClicks(many->findChild<QLineEdit*>(u"Value"_s), u"Conference"_s);
+    save(*many, folder + "/FManyRecords"_L1 + suffix);
+    many->reject();
+
+    list->selectRow(4);
     editor.findChild<QAction*>(u"New"_s)->trigger();
     choose(editor, u"Combo_1"_s, u"LUNA"_s);
     save(editor, folder + "/FParameters-new"_L1 + suffix);

@@ -14,7 +14,7 @@ _velmora_cli_values() {
         --program-dir | --folder) compgen -d -- "$2" || true ;;
         --file | --failed-to) compgen -f -- "$2" || true ;;
         --levels) compgen -W "phone company equipment" -- "$2" || true ;;
-        --as | --company | --equipment | --from | --to | --port | --separator | --phones | --at-once | --pause) ;;
+        --as | --company | --equipment | --from | --to | --port | --separator | --phone | --phones | --parameter | --at-once | --pause) ;;
         *) return 1 ;;
     esac
 }

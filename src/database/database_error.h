@@ -59,6 +59,12 @@ public:
     {
         return reason() == Reason::TransactionLost || reason() == Reason::ConnectionLost;
     }
+    /// Whether it is no matter of the one statement: those that follow would fail like it, or be lost.
+    bool endsAll() const
+    {
+        return reason() == Reason::ConnectionLost || reason() == Reason::TransactionLost ||
+               reason() == Reason::Busy;
+    }
 
 private:
     QString m_statement;

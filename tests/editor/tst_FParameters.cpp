@@ -80,12 +80,12 @@ QString tst_FParameters::error() const
     return line->isVisible() ? line->text() : QString();
 }
 
-/// The list's cells: rows apart by "|", cells by ",", with a ">" before the selected row.
+/// The list's cells: rows apart by "|", cells by ",", with a ">" before each selected row.
 QString tst_FParameters::cells() const
 {
     QStringList rows;
     for (int row = 0; row < list()->records().rowCount(); ++row)
-        rows << (row == list()->selectedRow() ? u">"_s : QString()) +
+        rows << (list()->selectionModel()->isRowSelected(row, {}) ? u">"_s : QString()) +
                     list()->records().record(row).join(u',');
     return rows.join(u'|');
 }
@@ -171,6 +171,11 @@ QWidget* tst_FParameters::focused() const
 {
     if (QWidget* popup = QApplication::activePopupWidget())
         return popup->focusWidget() ? popup->focusWidget() : popup;
+    if (auto* dialog = m_window->findChild<QDialog*>(); dialog && dialog->isVisible()) {
+        dialog->activateWindow();
+        (void)QTest::qWaitForWindowActive(dialog);
+        return dialog->focusWidget();
+    }
     m_window->activateWindow(); // which a list that has been open leaves to the platform
     return m_window->focusWidget();
 }
@@ -204,7 +209,7 @@ void tst_FParameters::fillsTheDatabaseFromNothing()
     open();
     press(u"Ins \"ACME\" Return \"Acme\" Return"_s);
     QCOMPARE(picture(), u">ACME,Acme"_s);
-    press(u"@RANGES Ins 1:ACME Tab \"101\" Return Ins 1:ACME Tab \"102\" Return"_s);
+    press(u"@RANGES Ins 1:ACME Tab \"101\" Return Ins \"102\" Return"_s);
     QCOMPARE(picture(), u"ACME,101|>ACME,102"_s);
     press(u"@PHONES Ins 1:ACME 2:101 3:GXP2000 Tab Tab Tab \"Reception\" Tab \"000B82ACME01\""_s);
     QTest::mouseClick(ok(), Qt::LeftButton);
@@ -233,7 +238,7 @@ void tst_FParameters::doesWhatTheKeysSay_data()
         "C1,101,GXP2000,Hall,1|>C2,201,GXP2000,Desk2,new", "");
     row("keeps what was refused", "", "Ins \"C1\" Tab \"Again\" Return", both + " [oC1|*oAgain] ok !"_L1,
         "The record could not be added: ");
-    row("writes it when put right", "", "Ins \"C1\" Tab \"Again\" Return Shift+Tab End \"0\" Ctrl+Return",
+    row("writes it when put right", "", "Ins \"C1\" Tab \"Again\" Return Shift+Tab End \"0\" Return Return",
         "C1,One|>C10,Again|C2,Two", "The record could not be added: ");
     row("needs a record to delete", "", "Del", both, "");
     row("asks before it deletes", "", "Down Del", "(>C1,One|C2,Two) [.C1|.One] ok *Ok", "");
@@ -265,6 +270,27 @@ void tst_FParameters::doesWhatTheKeysSay_data()
     row("shows a new record all the same", "", "Ctrl+F \"two\" Return Ins \"B\" Return Return",
         ">B,|"_L1 + both, "");
     row("finds nothing while it edits", "", "Ctrl+F \"two\" Return Return Ctrl+F \"s\" Return", ">C2,s", "");
+    row("goes on from here", "", "@RANGES Down Ins \"102\" Ctrl+Return \"103\" Return",
+        "C1,101|C1,102|>C1,103|C2,201", "");
+    row("goes on with the same company", "", "@RANGES F1:C2 @PHONES", "C2,201,PAP2,Desk,2", "");
+    row("duplicates to the next free code", "INSERT INTO RANGES VALUES('C1', '100'), ('C1', '103')",
+        "@PHONES Down Ctrl+D End \"2\" Ctrl+Return Esc",
+        "C1,101,GXP2000,Hall,1|>C1,103,GXP2000,Hall2,1|C2,201,PAP2,Desk,2", "");
+    const QString values =
+        u"INSERT INTO EQUIPMENT VALUES('T', '', 'PAP2');UPDATE PHONES SET EQ_CODE = 'T' WHERE PH_CODE = "
+        u"'101';"
+        "INSERT INTO EQUIPMENT_PARAMETERS VALUES('T', 'A', '', 'P', '', 'T', ''), ('T', 'B', '', 'P', '', "
+        "'T', ''),"
+        "('T', 'C', '', 'P', '', 'T', ''), ('T', 'D', '', 'P', '', 'T', '');INSERT INTO RANGES VALUES('C1', "
+        "'102');"
+        "INSERT INTO PHONES VALUES('C1', '102', 'T', 'Bar', '3');"
+        "INSERT INTO PHONES_PARAMETERS VALUES('C1', 'T', '101', 'A', 'x'), ('C1', 'T', '102', 'C', 'y')"_s;
+    row("proposes parameters in use, then others", values,
+        "@PHONES_PARAMETERS Down Ins \"1\" Ctrl+Return \"2\" Ctrl+Return Esc",
+        "C1,T,101,A,x|C1,T,101,C,1|>C1,T,101,D,2|C1,T,102,C,y", "");
+    row("proposes the next phone where the parameter is filtered", values,
+        "@PHONES_PARAMETERS Shift+Tab \"a\" Tab Ctrl+D Ctrl+Return",
+        "C1,T,101,A,x|>C1,T,102,A,x [oC1|oT|*o|-|-]", "");
     const QString phones = u"C1,101,GXP2000,Hall,1|C2,201,PAP2,Desk,2"_s;
     row("chooses by a word", "", "@PHONES Ins \"TWÓ\" Tab", phones + " [oC2|*o|-|-|-]"_L1, "");
     row("chooses with Enter", "", "@PHONES Ins \"twox\" Backspace Return Return",
@@ -272,7 +298,26 @@ void tst_FParameters::doesWhatTheKeysSay_data()
     row("chooses nothing", "", "@PHONES Ins \"two\" Esc", phones + " [*o|-|-|-|-]"_L1, "");
     row("chooses nothing where nothing fits", "", "@PHONES Ins \"three\" Tab Esc",
         phones + " [*o|-|-|-|-]"_L1, "");
-    row("filters by what is typed", "", "@RANGES Shift+Tab Shift+Tab \"c2\" Tab Tab", "C2,201", "");
+    row("filters by what is typed", "", "@RANGES Shift+Tab Shift+Tab \"c2\" Tab Tab", ">C2,201", "");
+    row("deletes many", noPhones, "Ctrl+A Del Shift+Tab Space Esc", " !", "Deleted: 2. Refused: 0.");
+    row("deletes none where one is refused", "DELETE FROM PHONES WHERE CO_CODE = 'C1'",
+        "Ctrl+A Del Shift+Tab Space Esc", ">C1,One|>C2,Two", "");
+    row("deletes the others without it", "DELETE FROM PHONES WHERE CO_CODE = 'C1'",
+        "Ctrl+A Del Shift+Tab Space Shift+Tab Space Esc", "C2,Two !", "Deleted: 1. Refused: 1.");
+    row("asks whether to delete many", noPhones, "Ctrl+A Del Return", ">C1,One|>C2,Two", "");
+    row("deletes what is in sight alone",
+        noPhones + "INSERT INTO COMPANY VALUES('C3', 'Thor'), ('C4', 'Twain')"_L1,
+        "Ctrl+F \"t\" Return Ctrl+A Ctrl+F Esc Return Del Return", "C1,One|>C3,Thor|C4,Twain", "");
+    row("sets a column for all", "", "@PHONES Ctrl+A Ctrl+E \"adapter\" Return Return Esc",
+        ">C1,101,PAP2,Hall,1|C2,201,PAP2,Desk,2 !", "Changed: 1. Refused: 0.");
+    row("sets another column", "", "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab \"Both\" Return Esc",
+        ">C1,101,GXP2000,Both,1|C2,201,PAP2,Both,2 !", "Changed: 2. Refused: 0.");
+    row("sets nothing that is refused", "",
+        "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab \"O'N\" Return Return Esc",
+        ">C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2", "");
+    row("sets nothing before it is typed", "", "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab Return Esc",
+        ">C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2", "");
+    row("sets no column of other tables", "", "Ctrl+A Ctrl+E", ">C1,One|>C2,Two", "");
     row("no such table", setting.arg(u"'$$TABS', '90', 'NOWHERE'"_s), "@NOWHERE", " closed",
         "no table NOWHERE");
     row("a bad pick list, asked for each letter", setting.arg(u"'$$COMPANY', 'L_CO_DESC', 'SELECT FROM'"_s),
@@ -309,7 +354,7 @@ void tst_FParameters::doesWhatTheKeysSay()
     // Whatever has happened, the window can still be used.
     m_user->yesNoAnswer = true; // to what Escape asks where something is typed
     press(u"Esc @RANGES Ins"_s);
-    QCOMPARE(fields(), u"*o|-"_s);
+    QVERIFY2(fields() == "*o|-"_L1 || fields().endsWith("|*o"_L1), qPrintable(fields()));
 }
 
 void tst_FParameters::asksForThePasswordAgain()

@@ -2,6 +2,7 @@
 // record model and the layout.
 #include "common/texts/folded_text.h"
 #include "editor/list/record_model.h"
+#include "editor/many/record_batch.h"
 #include "editor/record/pick_list.h"
 #include "editor/record/record_form.h"
 #include "editor/record/record_statements.h"
@@ -103,6 +104,7 @@ private Q_SLOTS:
     void foldsTexts();
     void searchesRecords();
     void describesCodes();
+    void copiesRecords();
     void laysOut_data();
     void laysOut();
 
@@ -498,6 +500,13 @@ void tst_editor::describesCodes()
     QCOMPARE(model.record(0)[0], u"C1"_s);
     model.search({u"two"_s});
     QCOMPARE(model.index(0, 1).data(RecordModel::descriptionRole).toString(), u"Two"_s);
+}
+
+void tst_editor::copiesRecords()
+{
+    const TableDescription table{u"T"_s, {{u"K"_s, u"Key"_s, true}, {u"V"_s, u"Value"_s, false}}, {u"K"_s}};
+    QCOMPARE(tabbedText(table, {{u"1"_s, u" a\tb\"\n"_s}, {u"é"_s, QString()}}),
+             u"K\tV\n1\t\" a\tb\"\"\n\"\né\t\n"_s);
 }
 
 void tst_editor::laysOut_data()

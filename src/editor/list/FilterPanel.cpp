@@ -1,6 +1,7 @@
 #include "editor/list/FilterPanel.h"
 
 #include "windows/SearchableList.h"
+#include "windows/list_height.h"
 
 #include <QEvent>
 #include <QStringListModel>
@@ -15,6 +16,8 @@ namespace {
 
 /// Between a label and its filter, in pixels.
 constexpr int labelGap = 8;
+/// The column whose filter goes along from table to table.
+constexpr QLatin1StringView companyColumn{"CO_CODE"};
 
 } // namespace
 
@@ -40,7 +43,9 @@ void FilterPanel::show(const TableDescription& table, const QList<QStringList>& 
         const auto column = std::find_if(table.columns.begin(), table.columns.end(),
                                          [&](const TableColumn& one) { return one.name == table.keys[key]; });
         m_rows << addRow(column->caption, values[key]);
-        if (const KeyFilter before = chosen.value(key); before.index != 0)
+        const KeyFilter company{table.keys[key], m_company.isEmpty() ? 0 : -1, m_company};
+        const bool isNew = chosen.isEmpty() && table.keys[key] == companyColumn;
+        if (const KeyFilter before = isNew ? company : chosen.value(key); before.index != 0)
             m_rows.last().filter->setCurrentIndex(static_cast<int>(values[key].indexOf(before.text)) + 1);
     }
 }
@@ -54,12 +59,18 @@ FilterPanel::Row FilterPanel::addRow(const QString& caption, const QStringList& 
     row.filter->setObjectName("Filter"_L1 + number);
     row.filter->setAccessibleName(caption);
     row.filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    limitHeight(*row.filter);
     row.filter->setFocusPolicy(Qt::StrongFocus);
     row.filter->installEventFilter(this);
     row.filter->setModel(new QStringListModel(QStringList(m_allText) + values, row.filter));
     row.label->show();
     row.filter->show();
-    connect(row.filter, &QComboBox::activated, this, &FilterPanel::chosen);
+    connect(row.filter, &QComboBox::activated, this,
+            [this, filter = row.filter, column = m_table.keys[m_rows.size()]](int entry) {
+                if (column == companyColumn)
+                    m_company = entry == 0 ? QString() : filter->currentText();
+                Q_EMIT chosen();
+            });
     return row;
 }
 
@@ -70,8 +81,11 @@ void FilterPanel::offer(const QStringList& record)
         if (key < 0)
             continue;
         QComboBox* filter = m_rows[key].filter;
-        if (filter->currentIndex() != 0 && filter->currentText() != record[column])
+        if (filter->currentIndex() != 0 && filter->currentText() != record[column]) {
             filter->setCurrentIndex(0);
+            if (m_table.keys[key] == companyColumn)
+                m_company.clear();
+        }
         auto* entries = static_cast<QStringListModel*>(filter->model());
         const QStringList texts = entries->stringList();
         const auto place = std::lower_bound(texts.begin() + 1, texts.end(), record[column]);

@@ -17,7 +17,8 @@ public:
 
     void clear();
     /// Makes the filters of a table, for which `values` has the values of each key column. Of `chosen`, what
-    /// was chosen before, that is chosen again which is still there.
+    /// was chosen before, that is chosen again which is still there; of a table that was not shown before,
+    /// the company that the user has chosen last.
     void show(const TableDescription& table, const QList<QStringList>& values,
               const QList<KeyFilter>& chosen);
     /// Adds the key of a new record, by its values in table order, to the entries, and gives up what would
@@ -50,6 +51,8 @@ private:
 
     const QString m_allText;
     TableDescription m_table;
+    /// The company that the user has chosen; an empty text for all.
+    QString m_company;
     QList<Row> m_rows;
 };
 

@@ -7,6 +7,7 @@
 #include "windows/failure_report.h"
 
 #include <QElapsedTimer>
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QScrollBar>
 
@@ -41,6 +42,7 @@ RecordView::RecordView(MMain& main, QWidget* parent)
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
     setEditTriggers(NoEditTriggers);
+    setSelectionMode(ExtendedSelection);
     setHorizontalScrollMode(ScrollPerPixel);
     setTabKeyNavigation(false);
     setItemDelegate(new DescriptionDelegate(this));
@@ -269,6 +271,9 @@ void RecordView::endReading()
 
 void RecordView::search(const QString& text)
 {
+    // What is deleted together must have been seen together.
+    if (selectedCount() > 1)
+        selectRow(std::max(currentIndex().row(), 0));
     m_records->search(foldedWords(text));
     scrollTo(currentIndex());
     Q_EMIT loaded();
@@ -276,8 +281,33 @@ void RecordView::search(const QString& text)
 
 int RecordView::selectedRow() const
 {
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+    int first = -1;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        if (first < 0 || range.top() < first)
+            first = range.top();
+    return first;
+}
+
+qsizetype RecordView::selectedCount() const
+{
+    qsizetype count = 0;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        count += range.height();
+    return count;
+}
+
+QList<QStringList> RecordView::selectedRecords() const
+{
+    QItemSelection ranges = selectionModel()->selection();
+    std::sort(ranges.begin(), ranges.end(),
+              [](const QItemSelectionRange& one, const QItemSelectionRange& other) {
+                  return one.top() < other.top();
+              });
+    QList<QStringList> records;
+    for (const QItemSelectionRange& range : ranges)
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            records << m_records->record(row);
+    return records;
 }
 
 QStringList RecordView::selectedRecord() const
@@ -383,6 +413,15 @@ void RecordView::showWidths()
     for (size_t column = 0; column < m_widths.size(); ++column)
         setWidth(static_cast<int>(column),
                  m_widths[column].needed + static_cast<int>(m_besideWidths[column].needed * share));
+}
+
+void RecordView::focusInEvent(QFocusEvent* event)
+{
+    QTreeView::focusInEvent(event);
+    // Or the first record, having the focus already, could not be reached with the arrow keys.
+    const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (byKey && selectedRow() < 0 && m_records->rowCount() > 0)
+        selectRow(0);
 }
 
 void RecordView::resizeEvent(QResizeEvent* event)

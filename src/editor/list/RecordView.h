@@ -39,10 +39,13 @@ public:
     void search(const QString& text);
 
     RecordModel& records() const { return *m_records; }
-    /// The selected row; -1 when there is none.
+    /// The first selected row; -1 when there is none.
     int selectedRow() const;
-    /// The values of the selected row.
+    /// The values of that row.
     QStringList selectedRecord() const;
+    /// How many rows are selected, and the values of them all, from top to bottom.
+    qsizetype selectedCount() const;
+    QList<QStringList> selectedRecords() const;
     void selectRow(int row);
     /// Takes the keyboard, on the first record where none is selected.
     void takeFocus();
@@ -70,6 +73,7 @@ Q_SIGNALS:
     void loaded();
 
 protected:
+    void focusInEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 

@@ -6,6 +6,8 @@
 #include "windows/failure_report.h"
 #include "windows/wait_cursor.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -106,6 +108,8 @@ void TablePane::showWritten(const RecordForm& written, int row, bool reload)
         m_list->goTo({values, place.firstRow, place.sortedBy, place.order});
     } else if (written.mode() == RecordMode::Delete) {
         m_list->records().removeRows(row, 1);
+        if (const int last = m_list->records().rowCount() - 1; last >= 0)
+            m_list->selectRow(std::min(row, last));
     } else if (written.changed()) {
         m_list->updateRecord(row, storedRecord(m_main, written).value_or(values));
     }

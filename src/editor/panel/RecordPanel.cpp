@@ -1,6 +1,7 @@
 #include "editor/panel/RecordPanel.h"
 
 #include "windows/SearchableList.h"
+#include "windows/list_height.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -78,6 +79,7 @@ RecordPanel::Row RecordPanel::addRow(qsizetype field)
     }
     row.combo->setFocusPolicy(Qt::StrongFocus);
     row.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    limitHeight(*row.combo);
     row.label->show();
     row.text->setVisible(!shown.dropDown);
     row.combo->setVisible(shown.dropDown);
@@ -170,7 +172,7 @@ bool RecordPanel::focusFieldFrom(qsizetype first)
 bool RecordPanel::focusField(int wanted)
 {
     if (m_form->mode() == RecordMode::Insert)
-        return focusFieldFrom(0);
+        return focusFieldFrom(wanted);
     if (wanted >= 0 && wanted < count() && focus(changeable(m_rows[wanted])))
         return true;
     // A letter typed into a drop-down would choose another entry.

@@ -31,7 +31,7 @@ public:
     /// From the top of one field to that of the next, and the height of a field.
     void setRowHeights(int step, int height);
     /// Moves the focus to that field if it can be changed, else to the first text that can, else to the first
-    /// field that can, or says that there is none. A new record begins with its first field.
+    /// field that can, or says that there is none. In a new record it is the first one from there on.
     bool focusField(int wanted);
     /// Moves on from the field that has the focus to the next one, or says that there is none.
     bool focusNextField();

@@ -62,6 +62,25 @@ void RecordForm::choose(qsizetype field, const QString& entry)
     countComplete();
 }
 
+bool RecordForm::propose(qsizetype field, const QString& value)
+{
+    const RecordField& open = m_fields[field];
+    if (!open.enabled)
+        return false;
+    if (open.dropDown) {
+        const auto entry = std::find_if(open.entries.begin(), open.entries.end(),
+                                        [&value](const QString& one) { return codeOf(one) == value; });
+        if (entry == open.entries.end())
+            return false;
+        choose(field, QString(*entry)); // which fills lists anew
+    } else {
+        changeText(field, value);
+        leave(field);
+    }
+    m_before = values();
+    return true;
+}
+
 void RecordForm::leave(qsizetype field)
 {
     const RecordField& left = m_fields[field];

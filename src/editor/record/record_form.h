@@ -39,6 +39,8 @@ public:
     void changeText(qsizetype field, const QString& text);
     /// An entry of a drop-down has been chosen.
     void choose(qsizetype field, const QString& entry);
+    /// Enters a value for the user, if the field is open and takes it. It is not what the user has entered.
+    bool propose(qsizetype field, const QString& value);
     /// The user goes on from a field: one that may stay empty opens the next even if it is.
     void leave(qsizetype field);
 

@@ -13,12 +13,6 @@ namespace velmora {
 
 namespace {
 
-/// Why a record was not written, and the engine's own words.
-struct Refusal {
-    QString reason;
-    QString details;
-};
-
 QString showFailure(MMain& main, RecordMode mode, const Refusal& refusal)
 {
     bool show = true;
@@ -64,22 +58,37 @@ bool hasKey(const RecordForm& form)
                        [](const RecordField& field) { return field.key; });
 }
 
+Refusal refusalOf(MMain& main, const RecordForm& form, const DatabaseError& error)
+{
+    const bool anyRecord = form.mode() != RecordMode::Insert && !hasKey(form);
+    const QString reason =
+        anyRecord ? main.messageLine(u"M230"_s) : refusalReason(main, error, form.values());
+    return {reason, reason.contains(error.description()) ? QString() : error.description()};
+}
+
+/// Runs the statement of the form and says whether it has not met one record.
+std::optional<Refusal> runStatement(MMain& main, const RecordForm& form, const QString& statement)
+{
+    main.sqlText = statement;
+    if (std::optional<Refusal> refusal = apostropheRefusal(main, form))
+        return refusal;
+    const int rows = main.connection.execute(statement);
+    if (rows == 1)
+        return std::nullopt;
+    return Refusal{main.messageLine(rows == 0 ? u"M217"_s : u"M230"_s), {}};
+}
+
 /// Runs the statement so that it writes one record or nothing.
 std::optional<Refusal> writeOne(MMain& main, const RecordForm& form, const QString& statement)
 {
     try {
         Transaction transaction(main.connection);
-        const int rows = main.connection.execute(statement);
-        if (rows == 1) {
+        std::optional<Refusal> refusal = runStatement(main, form, statement);
+        if (!refusal)
             transaction.commit();
-            return std::nullopt;
-        }
-        return Refusal{main.messageLine(rows == 0 ? u"M217"_s : u"M230"_s), {}};
+        return refusal;
     } catch (const DatabaseError& error) {
-        const bool anyRecord = form.mode() != RecordMode::Insert && !hasKey(form);
-        const QString reason =
-            anyRecord ? main.messageLine(u"M230"_s) : refusalReason(main, error, form.values());
-        return Refusal{reason, reason.contains(error.description()) ? QString() : error.description()};
+        return refusalOf(main, form, error);
     }
 }
 
@@ -91,10 +100,22 @@ QString writeRecord(MMain& main, const RecordForm& form)
     if (statement.isEmpty())
         return {};
     main.sqlText = statement;
-    std::optional<Refusal> refusal = apostropheRefusal(main, form);
-    if (!refusal)
-        refusal = writeOne(main, form, statement);
+    const std::optional<Refusal> refusal = writeOne(main, form, statement);
     return refusal ? showFailure(main, form.mode(), *refusal) : QString();
+}
+
+std::optional<Refusal> carryOut(MMain& main, const RecordForm& form)
+{
+    const QString statement = recordStatement(form);
+    if (statement.isEmpty())
+        return std::nullopt;
+    try {
+        return runStatement(main, form, statement);
+    } catch (const DatabaseError& error) {
+        if (error.endsAll())
+            throw;
+        return refusalOf(main, form, error);
+    }
 }
 
 QString writeCaption(MMain& main, RecordMode mode)

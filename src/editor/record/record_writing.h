@@ -17,6 +17,16 @@ class MMain;
 /// mean another value or other records.
 QString writeRecord(MMain& main, const RecordForm& form);
 
+/// Why a record was not written, and the engine's own words.
+struct Refusal {
+    QString reason;
+    QString details;
+};
+
+/// Carries out the form in the transaction of the caller, who has to undo it where anything is refused: what
+/// is refused may have met several records. Throws DatabaseError for what ends the transaction.
+std::optional<Refusal> carryOut(MMain& main, const RecordForm& form);
+
 /// What the button is called that writes: add, change or delete.
 QString writeCaption(MMain& main, RecordMode mode);
 

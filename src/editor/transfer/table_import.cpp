@@ -19,14 +19,6 @@ namespace {
 /// How many new records are one statement: on a server each statement is a journey.
 constexpr size_t recordsTogether = 100;
 
-/// Failures that are not of one record.
-bool endsAll(const DatabaseError& error)
-{
-    return error.reason() == DatabaseError::Reason::ConnectionLost ||
-           error.reason() == DatabaseError::Reason::TransactionLost ||
-           error.reason() == DatabaseError::Reason::Busy;
-}
-
 /// The place of a value in a statement: one that is missing can't be bound.
 QString mark(const QString& value)
 {
@@ -102,7 +94,7 @@ private:
                 together.keep();
                 return;
             } catch (const DatabaseError& error) {
-                if (endsAll(error))
+                if (error.endsAll())
                     throw;
             }
         }
@@ -180,7 +172,7 @@ private:
 
     void refuse(CheckedLine& line, const DatabaseError& error)
     {
-        if (endsAll(error))
+        if (error.endsAll())
             throw;
         line.refuse({{}, {refusalReason(m_main, error, line.values)}});
     }

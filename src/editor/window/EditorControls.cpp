@@ -27,6 +27,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
       panel(new RecordPanel(&window)),
       ok(new QPushButton(&window)),
       cancel(new QPushButton(u"Cancel"_s, &window)),
+      goOn(new QPushButton(u"Add and Go On"_s, &window)),
       error(new ErrorLine(&window))
 {
     auto* layout = new QHBoxLayout(m_topRow);
@@ -39,6 +40,9 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
     ok->setDefault(true);
     cancel->setObjectName(u"Cancel"_s);
     cancel->setAutoDefault(true);
+    goOn->setObjectName(u"GoOn"_s);
+    goOn->setAutoDefault(true);
+    goOn->setToolTip(QKeySequence(Qt::CTRL | Qt::Key_Return).toString(QKeySequence::NativeText));
     panel->hide();
 }
 
@@ -69,6 +73,7 @@ void EditorControls::arrange() const
     panel->setRowHeights(at.fieldStep, m_rowHeight);
     ok->setGeometry(at.ok);
     cancel->setGeometry(at.cancel);
+    goOn->setGeometry(at.goOn);
     error->setGeometry(at.errorLine);
     SortTabFields();
 }
@@ -78,13 +83,16 @@ void EditorControls::SortTabFields() const
 {
     QList<QWidget*> controls = m_window.findChildren<QWidget*>();
     controls.removeIf([this](const QWidget* control) {
-        // The import, which stands over it, has an order of its own.
+        // A window that stands over it has an order of its own.
         return !control->isVisibleTo(&m_window) || control->window() != m_window.window() ||
                !(control->focusPolicy() & Qt::TabFocus);
     });
     const auto position = [this](const QWidget* control) {
         // In a very low window list and fields lie out of sight, where their tops say nothing.
-        const int zone = panel->isAncestorOf(control) ? 1 : control == ok || control == cancel ? 2 : 0;
+        const int zone = panel->isAncestorOf(control)         ? 1
+                         : control == ok || control == cancel ? 2
+                         : control == goOn                    ? 3
+                                                              : 0;
         const QPoint at = control->mapTo(&m_window, QPoint(0, 0));
         return std::tuple(zone, at.y(), at.x());
     };

@@ -31,6 +31,7 @@ public:
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;
+    QPushButton* const goOn;
     ErrorLine* const error;
 
     /// Puts everything in its place.

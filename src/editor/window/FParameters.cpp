@@ -2,13 +2,16 @@
 
 #include "common/MMain.h"
 #include "editor/panel/record_opening.h"
+#include "editor/record/record_proposal.h"
 #include "editor/record/record_writing.h"
 #include "editor/window/editor_layout.h"
 #include "windows/captions.h"
 #include "windows/failure_report.h"
 #include "windows/wait_cursor.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QShortcut>
 
@@ -82,7 +85,7 @@ void FParameters::connectTable()
 void FParameters::connectRecord()
 {
     connect(m_ui.actions, &RecordActions::chosen, this,
-            [this](RecordMode mode) { reportFailures(m_main, [this, mode] { edit(mode); }); });
+            [this](RecordAction action) { reportFailures(m_main, [this, action] { carryOut(action); }); });
     connect(m_ui.list, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
         if (!editing())
             m_ui.actions->popup(position);
@@ -93,7 +96,10 @@ void FParameters::connectRecord()
     m_ui.actions->addToPopup(m_showStatus);
     connect(m_showStatus, &QAction::triggered, this, &FParameters::askForStatus);
     connect(m_ui.panel, &RecordPanel::changed, this, &FParameters::enableControls);
-    connect(m_ui.ok, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { write(); }); });
+    connect(m_ui.ok, &QPushButton::clicked, this,
+            [this] { reportFailures(m_main, [this] { write(false); }); });
+    connect(m_ui.goOn, &QPushButton::clicked, this,
+            [this] { reportFailures(m_main, [this] { write(true); }); });
     connect(m_ui.cancel, &QPushButton::clicked, this, &FParameters::closePanel);
 }
 
@@ -202,27 +208,95 @@ void FParameters::goToTab(int tab)
         m_ui.strip->setCurrentIndex(tab);
 }
 
-void FParameters::edit(RecordMode mode)
+void FParameters::carryOut(RecordAction action)
 {
-    const int row = m_ui.list->selectedRow();
-    if (editing() || (mode != RecordMode::Insert && row < 0))
+    if (editing())
         return;
-    const WaitCursor waiting;
     m_ui.error->hide();
     m_ui.list->selectNothingLater();
-    m_editedRow = m_ui.list->currentIndex();
+    switch (action) {
+    case RecordAction::New:
+    case RecordAction::Duplicate:
+        enter(m_ui.list->selectedRecord(), action == RecordAction::Duplicate);
+        break;
+    case RecordAction::Edit:
+        edit(RecordMode::Update);
+        break;
+    case RecordAction::Delete:
+        if (m_ui.list->selectedCount() > 1)
+            changeMany(FManyRecords::Kind::Delete);
+        else
+            edit(RecordMode::Delete);
+        break;
+    case RecordAction::SetColumn:
+        changeMany(FManyRecords::Kind::SetColumn);
+        break;
+    case RecordAction::Copy:
+        copy();
+        break;
+    }
+}
+
+/// Changes or deletes the selected record.
+void FParameters::edit(RecordMode mode)
+{
+    if (m_ui.list->selectedRow() < 0)
+        return;
+    const WaitCursor waiting;
+    m_editedRow = m_ui.list->records().index(m_ui.list->selectedRow(), m_ui.list->currentIndex().column());
+    openPanel(openRecord(m_main, mode, m_ui.pane->table(), m_ui.list->selectedRecord()),
+              m_editedRow.column());
+}
+
+/// Opens the window that deletes the selected records or gives all of them one value.
+void FParameters::changeMany(FManyRecords::Kind kind)
+{
+    auto* window = new FManyRecords(m_main, m_ui.pane->table(), m_ui.list->selectedRecords(), kind,
+                                    m_ui.list->currentIndex().column(), this);
+    // An engine may refuse to write while a reading goes on.
+    connect(window, &FManyRecords::writing, m_ui.list, &RecordView::stopLoading);
+    connect(window, &FManyRecords::written, this, [this](const QString& summary) {
+        reportFailures(m_main, [this] { refresh(); });
+        m_ui.error->tell(summary);
+    });
+    window->open();
+}
+
+void FParameters::copy() const
+{
+    QGuiApplication::clipboard()->setText(tabbedText(m_ui.pane->table(), m_ui.list->selectedRecords()));
+}
+
+/// Opens a new record, beginning with the key of that one or, in a duplicate, with all of it.
+void FParameters::enter(const QStringList& record, bool all)
+{
+    const WaitCursor waiting;
+    m_duplicating = all;
+    const TableDescription& table = m_ui.pane->table();
+    RecordForm form = openRecord(m_main, RecordMode::Insert, table, {});
+    const RecordProposal proposal = proposalFrom(table, m_ui.pane->filters().filters(), record, all);
+    const qsizetype field = propose(m_main, form, proposal);
+    openPanel(std::move(form), static_cast<int>(field));
+}
+
+/// Shows the form, and moves the focus to that field of it.
+void FParameters::openPanel(RecordForm form, int field)
+{
+    const RecordMode mode = form.mode();
     m_ui.ok->setText(writeCaption(m_main, mode));
-    m_ui.panel->show(openRecord(m_main, mode, m_ui.pane->table(), m_ui.list->selectedRecord()));
+    m_ui.panel->show(std::move(form));
     m_ui.ok->show();
     m_ui.cancel->show();
+    m_ui.goOn->setVisible(mode == RecordMode::Insert);
     arrange();
-    if (mode == RecordMode::Delete || !m_ui.panel->focusField(m_editedRow.column()))
+    if (mode == RecordMode::Delete || !m_ui.panel->focusField(field))
         m_ui.ok->setFocus();
-    if (row >= 0)
+    if (m_ui.list->selectedRow() >= 0)
         m_ui.list->scrollTo(m_ui.list->currentIndex());
 }
 
-void FParameters::write()
+/// Writes the record, and goes on with another new one after it.
+void FParameters::write(bool goOn)
 {
     if (!editing() || !m_ui.ok->isEnabled())
         return;
@@ -234,6 +308,8 @@ void FParameters::write()
     const QString failure = writeRecord(m_main, form);
     if (failure.isEmpty()) {
         finishWriting(form, wasLoading);
+        if (goOn)
+            enter(form.values(), m_duplicating);
         return;
     }
     // What was typed stays, to be put right or copied. A deletion has nothing to put right.
@@ -266,6 +342,7 @@ void FParameters::closePanel()
     m_ui.panel->clear();
     m_ui.ok->hide();
     m_ui.cancel->hide();
+    m_ui.goOn->hide();
     m_ui.error->hide();
     arrange();
     enableControls();
@@ -312,8 +389,10 @@ void FParameters::keyPressEvent(QKeyEvent* event)
 /// A new record is gone through to its last field, so that none is left out by mistake.
 void FParameters::enterPressed(bool atOnce)
 {
-    const bool goOn = m_ui.panel->form()->mode() == RecordMode::Insert && !atOnce;
-    if (!goOn || !m_ui.panel->focusNextField())
+    const bool isNew = m_ui.panel->form()->mode() == RecordMode::Insert;
+    if (isNew && atOnce)
+        m_ui.goOn->click();
+    else if (!isNew || !m_ui.panel->focusNextField())
         m_ui.ok->click();
 }
 
@@ -339,9 +418,10 @@ void FParameters::enableControls()
 {
     const bool running = m_main.batch.running();
     const auto& form = m_ui.panel->form();
-    m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedRow() >= 0);
+    m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedCount(),
+                        mayBeSet(m_ui.pane->table().name));
     m_showStatus->setEnabled(!form && !running && m_ui.pane->table().name == "PHONES"_L1 &&
-                             m_ui.list->selectedRow() >= 0);
+                             m_ui.list->selectedCount() == 1);
     m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);
@@ -349,6 +429,7 @@ void FParameters::enableControls()
     m_ui.list->setEnabled(!form || form->mode() == RecordMode::Insert);
     // A batch may be in the middle of a transaction, which the record must not become part of.
     m_ui.ok->setEnabled(form && form->complete() && !running);
+    m_ui.goOn->setEnabled(m_ui.ok->isEnabled());
 }
 
 } // namespace velmora

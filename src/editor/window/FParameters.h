@@ -1,6 +1,7 @@
 // The table editor.
 #pragma once
 
+#include "editor/many/FManyRecords.h"
 #include "editor/window/EditorControls.h"
 
 namespace velmora {
@@ -43,8 +44,13 @@ private:
     void askForStatus();
     void goToTab(int tab);
 
+    void carryOut(RecordAction action);
     void edit(RecordMode mode);
-    void write();
+    void enter(const QStringList& record, bool all);
+    void openPanel(RecordForm form, int field);
+    void changeMany(FManyRecords::Kind kind);
+    void copy() const;
+    void write(bool goOn);
     void finishWriting(const RecordForm& written, bool reload);
     void tellIfHidden(const QStringList& values);
     void closePanel();
@@ -63,6 +69,8 @@ private:
     QAction* m_showStatus;
     /// The row that is being changed or deleted; rows may come before it meanwhile.
     QPersistentModelIndex m_editedRow;
+    /// Whether the new record has begun with all values of another one, or with its key.
+    bool m_duplicating = false;
 };
 
 } // namespace velmora

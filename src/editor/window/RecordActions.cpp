@@ -29,38 +29,94 @@ QPushButton* buttonFor(QAction* action)
 
 } // namespace
 
+/// An action, and where it is offered.
+struct RecordActions::Offer {
+    RecordAction action;
+    QString name;
+    QString caption;
+    QList<QKeySequence> keys;
+    /// How many records it works on; no most where it takes any number.
+    qsizetype least = 0;
+    std::optional<qsizetype> most = {};
+    bool button = false;
+};
+
 RecordActions::RecordActions(MMain& main, RecordView& list, QWidget* parent)
-    : QWidget(parent), m_main(main), m_list(list), m_popup(new QMenu(this))
+    : QWidget(parent),
+      m_main(main),
+      m_list(list),
+      m_popup(new QMenu(this)),
+      m_more(new QPushButton(main.textOr(u"FPARAMETERS_MORE"_s, u"More"_s)))
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     m_popup->setObjectName(u"MnuRecord"_s);
     m_popup->setTitle(main.textOr(u"FPARAMETERS_MNURECORD"_s, u"Record"_s));
-    m_new = add(RecordMode::Insert, u"New"_s, {Qt::Key_Insert});
-    m_edit = add(RecordMode::Update, u"Edit"_s, {Qt::Key_Return, Qt::Key_Enter});
-    m_delete = add(RecordMode::Delete, u"Delete"_s, {Qt::Key_Delete});
+    add({.action = RecordAction::New,
+         .name = u"New"_s,
+         .caption = u"New"_s,
+         .keys = {Qt::Key_Insert},
+         .button = true});
+    add({.action = RecordAction::Duplicate,
+         .name = u"Duplicate"_s,
+         .caption = u"Duplicate"_s,
+         .keys = {Qt::CTRL | Qt::Key_D},
+         .least = 1,
+         .most = 1});
+    add({.action = RecordAction::Edit,
+         .name = u"Edit"_s,
+         .caption = u"Edit"_s,
+         .keys = {Qt::Key_Return, Qt::Key_Enter},
+         .least = 1,
+         .most = 1,
+         .button = true});
+    add({.action = RecordAction::Delete,
+         .name = u"Delete"_s,
+         .caption = u"Delete"_s,
+         .keys = {Qt::Key_Delete},
+         .least = 1,
+         .button = true});
+    add({.action = RecordAction::SetColumn,
+         .name = u"SetColumn"_s,
+         .caption = u"Set Column..."_s,
+         .keys = {Qt::CTRL | Qt::Key_E},
+         .least = 1});
+    add({.action = RecordAction::Copy,
+         .name = u"Copy"_s,
+         .caption = u"Copy"_s,
+         .keys = {QKeySequence::Copy},
+         .least = 1});
+    m_more->setObjectName(u"More"_s);
+    m_more->setMenu(m_popup);
+    layout->addWidget(m_more);
     list.setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(&list, &QAbstractItemView::doubleClicked, m_edit, &QAction::trigger);
+    connect(&list, &QAbstractItemView::doubleClicked, findChild<QAction*>(u"Edit"_s), &QAction::trigger);
 }
 
-QAction* RecordActions::add(RecordMode mode, const QString& caption, const QList<QKeySequence>& keys)
+void RecordActions::add(const Offer& offer)
 {
-    auto* action = new QAction(m_main.textOr("FPARAMETERS_"_L1 + caption.toUpper(), caption), this);
-    action->setObjectName(caption);
-    action->setShortcuts(keys);
+    auto* action = new QAction(m_main.textOr("FPARAMETERS_"_L1 + offer.name.toUpper(), offer.caption), this);
+    action->setObjectName(offer.name);
+    action->setShortcuts(offer.keys);
     action->setShortcutContext(Qt::WidgetShortcut);
-    connect(action, &QAction::triggered, this, [this, mode] { Q_EMIT chosen(mode); });
+    action->setEnabled(false);
+    connect(action, &QAction::triggered, this,
+            [this, chosen = offer.action] { Q_EMIT this->chosen(chosen); });
+    connect(
+        this, &RecordActions::allowed, action, [action, offer](bool any, qsizetype selected, bool settable) {
+            action->setEnabled(any && selected >= offer.least && selected <= offer.most.value_or(selected) &&
+                               (settable || offer.action != RecordAction::SetColumn));
+        });
     m_list.addAction(action);
     m_popup->addAction(action);
-    layout()->addWidget(buttonFor(action));
-    return action;
+    if (offer.button)
+        layout()->addWidget(buttonFor(action));
 }
 
-void RecordActions::allow(bool any, bool onRecord)
+void RecordActions::allow(bool any, qsizetype selected, bool settable)
 {
-    m_new->setEnabled(any);
-    m_edit->setEnabled(any && onRecord);
-    m_delete->setEnabled(any && onRecord);
+    m_more->setEnabled(any);
+    Q_EMIT allowed(any, selected, settable);
 }
 
 void RecordActions::popup(const QPoint& position)

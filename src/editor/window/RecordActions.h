@@ -1,42 +1,45 @@
-// What can be done with records: `New`, `Edit`, `Delete`.
+// What can be done with records: `New`, `Edit`, `Delete` and what `More` offers.
 #pragma once
-
-#include "editor/record/record_form.h"
 
 #include <QAction>
 #include <QMenu>
+#include <QPushButton>
 
 namespace velmora {
 
 class MMain;
 class RecordView;
 
-/// The actions as a row of buttons, as keys and a double click in the list, and as the popup of a record.
+enum class RecordAction { New, Duplicate, Edit, Delete, SetColumn, Copy };
+
+/// The actions as buttons, as keys and a double click in the list, and as the popup of a record.
 class RecordActions : public QWidget {
     Q_OBJECT
 
 public:
     RecordActions(MMain& main, RecordView& list, QWidget* parent = nullptr);
 
-    /// Lets them be chosen: those that need a record only where there is one.
-    void allow(bool any, bool onRecord);
+    /// Lets them be chosen, if any at all: each where as many records are selected as it needs, and one value
+    /// for all where the table is one that takes it.
+    void allow(bool any, qsizetype selected, bool settable);
     /// Adds what else can be done with a record.
     void addToPopup(QAction* action) { m_popup->addAction(action); }
     /// Shows the popup, `MnuRecord`, where that place of the list is on a record.
     void popup(const QPoint& position);
 
 Q_SIGNALS:
-    void chosen(RecordMode mode);
+    void chosen(RecordAction action);
+    void allowed(bool any, qsizetype selected, bool settable);
 
 private:
-    QAction* add(RecordMode mode, const QString& caption, const QList<QKeySequence>& keys);
+    struct Offer;
+
+    void add(const Offer& offer);
 
     MMain& m_main;
     RecordView& m_list;
     QMenu* m_popup;
-    QAction* m_new;
-    QAction* m_edit;
-    QAction* m_delete;
+    QPushButton* m_more;
 };
 
 } // namespace velmora

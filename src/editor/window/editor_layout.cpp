@@ -46,6 +46,8 @@ EditorLayout layOutEditor(const EditorMeasures& m)
     at.cancel = {QPoint(width - m.cancel.width() - twips(200), errorTop - m.cancel.height() - space),
                  m.cancel};
     at.ok = {QPoint(at.cancel.left() - m.ok.width() - space, errorTop - m.ok.height() - space), m.ok};
+    at.goOn = {at.ok.left(), at.ok.top() - m.ok.height() - space, at.cancel.right() + 1 - at.ok.left(),
+               m.ok.height()};
 
     at.topRow = {space, space, width - 2 * space, m.topRow};
     const int stripTop = at.topRow.top() + m.topRow + space;

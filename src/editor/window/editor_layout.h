@@ -34,6 +34,8 @@ struct EditorLayout {
     QRect panel;
     QRect ok;
     QRect cancel;
+    /// Above the two, as wide as both together.
+    QRect goOn;
     QRect errorLine;
     /// From the top of one field to that of the next.
     int fieldStep = 0;

@@ -209,6 +209,12 @@ void FStatus::connectControls()
     const auto* find =
         new QShortcut(QKeySequence::Find, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
     connect(find, &QShortcut::activated, m_find, qOverload<>(&QLineEdit::setFocus));
+    const auto* again =
+        new QShortcut(QKeySequence::Refresh, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(again, &QShortcut::activated, this, [this] {
+        if (missing().isEmpty() && !m_main.batch.running())
+            startRun();
+    });
     const auto* copy =
         new QShortcut(QKeySequence::Copy, m_phones, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
     connect(copy, &QShortcut::activated, this, &FStatus::copyRows);
@@ -242,6 +248,12 @@ QString FStatus::missing() const
     const bool isChosen = !m_selection->company().isEmpty() &&
                           (m_allModels->isChecked() || !m_selection->equipment().isEmpty());
     return isChosen ? QString() : u"M282"_s;
+}
+
+/// Return in a list opens what is current there.
+bool FStatus::startsByReturn() const
+{
+    return !m_phones->hasFocus() && !m_differences->hasFocus() && !m_values->hasFocus();
 }
 
 void FStatus::enabledChanged(bool)
@@ -392,7 +404,7 @@ void FStatus::phoneChosen()
     m_explained = explain(m_main, *status.phone);
     if (m_pages->currentWidget() == m_values)
         showValues();
-    else if (status.state == FileState::Different && !m_main.batch.running())
+    else if (status.state == FileState::Different && (isRunning() || !m_main.batch.running()))
         showDifferences(*status.phone);
 }
 

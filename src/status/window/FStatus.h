@@ -62,6 +62,7 @@ private:
     void stop() override;
     QString missing() const override;
     void enabledChanged(bool free) override;
+    bool startsByReturn() const override;
 
     PhoneChoice choice() const;
     QList<GenerationRequest> requests(const PhoneChoice& choice);
