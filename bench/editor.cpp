@@ -27,12 +27,17 @@ constexpr auto statement =
 Prompts noPrompts()
 {
     const auto nothing = [](const QString&, const QString&) { return std::optional<QString>(); };
+    const auto noFile = [](const QString&, const QString&, const QStringList&) {
+        return std::optional<ChosenFile>();
+    };
     return {[](const QString& text, const QString&) { std::fprintf(stderr, "%s\n", qPrintable(text)); },
             [](const QString&, const QString&) { return true; },
             [](const QString&, const QString&) { return true; },
             nothing,
             nothing,
             [](const QString&) { return std::optional<QString>(); },
+            noFile,
+            noFile,
             [] { QCoreApplication::processEvents(); }};
 }
 

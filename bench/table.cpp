@@ -1,31 +1,26 @@
-// bench_table FOLDER PHONES: makes a database in the folder with a company, a model and the codes of that
-// many phones, takes in phones.csv twice, and writes the table to export.csv. Prints the seconds of each.
+// bench_table FOLDER PHONES [CONNECTION]: makes a database in the folder, or takes an empty one, with a
+// company, a model and the codes of that many phones, takes in phones.csv twice, and writes the table to
+// export.csv. Prints the seconds of each.
 #include "cli/terminal_prompts.h"
 #include "common/MMain.h"
+#include "database.h"
 #include "database/transaction.h"
 #include "editor/transfer/table_export.h"
 #include "editor/transfer/table_import.h"
 #include "files/whole_file.h"
-#include "schema/tables.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
 
 namespace {
 
-void fill(Connection& database, int phones)
+void makeRows(Connection& database, int phones)
 {
     Transaction filling(database);
-    for (const QString& creation : creationStatements())
-        database.execute(creation);
-    database.holdDeclaredTypes();
-    database.execute(u"INSERT INTO COMPANY VALUES('ACME', 'Acme')"_s);
-    database.execute(u"INSERT INTO EQUIPMENT VALUES('GXP2000', 'Desk phone', 'GRANDSTREAM')"_s);
+    fill(database, {u"COMPANY VALUES('ACME', 'Acme')"_s,
+                    u"EQUIPMENT VALUES('GXP2000', 'Desk phone', 'GRANDSTREAM')"_s});
     for (int code = 10000; code < 10000 + phones; ++code)
         database.execute(u"INSERT INTO RANGES VALUES('ACME', ?)"_s, {QString::number(code)});
     filling.commit();
@@ -41,29 +36,22 @@ void import(MMain& main, const OpenTable& table, const QString& path, Verdict ex
         throw DatabaseError(path, u"Not every line has the expected verdict."_s);
 }
 
-void timed(const std::function<void()>& run)
-{
-    QElapsedTimer time;
-    time.start();
-    run();
-    std::printf("%f\n", double(time.nsecsElapsed()) / 1e9);
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 3) {
-        std::fputs("Usage: bench_table FOLDER PHONES\n", stderr);
+    if (arguments.size() != 3 && arguments.size() != 4) {
+        std::fputs("Usage: bench_table FOLDER PHONES [CONNECTION]\n", stderr);
         return 2;
     }
     try {
         MMain main(u"."_s, terminalPrompts(std::nullopt, true));
         const QString folder = arguments[1];
-        main.connection.open("Provider=SQLite;Data Source="_L1 + folder + "/velmora.db"_L1);
-        fill(main.connection, arguments[2].toInt());
+        main.connection.open(
+            arguments.value(3, "Provider=SQLite;Data Source="_L1 + folder + "/velmora.db"_L1));
+        makeRows(main.connection, arguments[2].toInt());
         const OpenTable table{describeTable(main, u"PHONES"_s), Access::True};
         timed([&] { import(main, table, folder + "/phones.csv"_L1, Verdict::New); });
         timed([&] { import(main, table, folder + "/phones.csv"_L1, Verdict::Same); });

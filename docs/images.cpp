@@ -2,6 +2,7 @@
 // the demo database in the program folder.
 #include "common/MMain.h"
 #include "desktop/menu_actions.h"
+#include "editor/transfer/window/FTableImport.h"
 #include "editor/window/FParameters.h"
 #include "files/whole_file.h"
 #include "generation/FGenerate.h"
@@ -76,6 +77,24 @@ void takeEditorImages(MMain& main, const QString& folder, const QString& suffix)
     tabs->setCurrentIndex(8);
     save(editor, folder + "/FParameters-refused"_L1 + suffix);
     main.connection.execute(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE LIKE '$$PWD%'"_s);
+}
+
+/// The import of phones, some of which are refused.
+void takeImportImage(MMain& main, const QString& folder, const QString& suffix)
+{
+    const QByteArray phones = "PH_CODE;PH_DESC;PH_MAC;EQ_CODE;CO_CODE;Room\n"
+                              "101;Front desk;02:00:A0:01:00:01;GXP2000;LUNA;1\n"
+                              "102;Anna Albrecht;02:00:A0:01:00:02;GXP2000;LUNA;2\n"
+                              "191;Oven hall 3;02:00:A0:01:00:2A;GXP2000;LUNA;3\n"
+                              "192;Oven hall 4;02:00:A0:01:00:2;GXP2000;LUNA;3\n"
+                              "193;Shop New Bridge;;GXP3000;LUNA;7\n"
+                              "194;Shop Harbour 2;02-00-A0-02-00-0F;PAP2;LUNA;8\n";
+    const OpenTable table{describeTable(main, u"PHONES"_s), Access::True};
+    FTableImport* window = openImport(main, table, phones, u"/home/anna/lists/phones.csv"_s, nullptr);
+    QCoreApplication::processEvents();
+    window->findChild<QCheckBox*>(u"AddRanges"_s)->click();
+    save(*window, folder + "/FTableImport"_L1 + suffix);
+    window->reject();
 }
 
 /// The reboot window after it has visited four devices, one of them with another password.
@@ -154,6 +173,7 @@ void takeImages(MMain& main, const QString& folder)
     generate->findChild<QPushButton*>(u"Generate"_s)->click();
     save(*generate, folder + "/FGenerate"_L1 + suffix);
     takeEditorImages(main, folder, suffix);
+    takeImportImage(main, folder, suffix);
     takeRebootImage(main, folder, suffix);
     takePhoneBookImages(main, folder, suffix);
     takeRangesImage(main, folder, suffix);
@@ -178,6 +198,8 @@ int main(int argc, char** argv)
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&, const QString&) { return std::optional<QString>(); },
         [](const QString&) { return std::optional<QString>(); },
+        [](const QString&, const QString&, const QStringList&) { return std::optional<ChosenFile>(); },
+        [](const QString&, const QString&, const QStringList&) { return std::optional<ChosenFile>(); },
         [] { QCoreApplication::processEvents(); },
     };
     MMain mainModule(arguments.value(1), prompts);

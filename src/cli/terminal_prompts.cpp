@@ -69,6 +69,11 @@ std::optional<QString> askPassword(const QString& question)
     return line.isNull() ? std::nullopt : std::optional(line);
 }
 
+std::optional<ChosenFile> chooseNoFile(const QString&, const QString&, const QStringList&)
+{
+    return std::nullopt;
+}
+
 } // namespace
 
 Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
@@ -83,6 +88,8 @@ Prompts terminalPrompts(const std::optional<QString>& actAs, bool yes)
         },
         [](const QString& question, const QString&) { return askPassword(question); },
         [](const QString&) { return std::optional<QString>(); },
+        chooseNoFile, // options name the files
+        chooseNoFile,
         [] {},
     };
 }

@@ -90,6 +90,30 @@ std::optional<QString> chooseFolder(const QString& startFolder)
     return folder.isEmpty() ? std::nullopt : std::optional(QDir::toNativeSeparators(folder));
 }
 
+/// The file of a dialog that has been closed, if one was chosen in it.
+std::optional<ChosenFile> chosenFile(const QString& path, const QString& kind, const QStringList& kinds)
+{
+    return path.isEmpty() ? std::nullopt : std::optional(ChosenFile{path, kinds.indexOf(kind)});
+}
+
+std::optional<ChosenFile> chooseFileToRead(const QString& title, const QString& folder,
+                                           const QStringList& kinds)
+{
+    QString kind;
+    const QString path =
+        QFileDialog::getOpenFileName(QApplication::activeWindow(), title, folder, kinds.join(";;"_L1), &kind);
+    return chosenFile(path, kind, kinds);
+}
+
+std::optional<ChosenFile> chooseFileToWrite(const QString& title, const QString& proposal,
+                                            const QStringList& kinds)
+{
+    QString kind;
+    const QString path = QFileDialog::getSaveFileName(QApplication::activeWindow(), title, proposal,
+                                                      kinds.join(";;"_L1), &kind);
+    return chosenFile(path, kind, kinds);
+}
+
 } // namespace
 
 Prompts desktopPrompts()
@@ -100,6 +124,8 @@ Prompts desktopPrompts()
             askText,
             askPassword,
             chooseFolder,
+            chooseFileToRead,
+            chooseFileToWrite,
             [] { QCoreApplication::processEvents(); }};
 }
 

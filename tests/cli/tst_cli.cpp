@@ -303,7 +303,7 @@ void tst_cli::transfersTables()
     const QString changed = u"2\tchanged\tLUNA, 101\tPH_DESC: \"Reception\" -> \"Front\\tdesk\"\n"_s;
     const QString refused = u"3\trefused\tLUNA, 990\tThe code is not in its company's range.\n"_s;
     const QString added =
-        u"3\tnew\tLUNA, 990\tThe code is added to its company's range.; The phone has no MAC address.\n"_s;
+        u"3\tnew\tLUNA, 990\tThe code is added to its company's range. The phone has no MAC address.\n"_s;
     const QString further = u"Columns passed over, since the table has none of that name: Notes\n"_s;
     const auto names = [this] {
         return inDatabase(

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void cleanup() { m_database.reset(); }
     void readsFiles_data();
     void readsFiles();
+    void readsWhatIsPasted();
     void judgesLines_data();
     void judgesLines();
     void writesAllOrNothing_data();
@@ -154,6 +155,12 @@ void tst_transfer::readsFiles()
         read = {error.why().code + (about.isEmpty() ? QString() : u'(' + about.join(u'|') + u')')};
     }
     QTEST(read.join(u' '), "table");
+}
+
+void tst_transfer::readsWhatIsPasted()
+{
+    QCOMPARE(pastedTableBytes(u"A\tB 3\" x\t\"q\n\"\"t\t\"\t\t1\"\r\nc\t\"d\"e\"f\n2\""_s),
+             QByteArray("A\t\"B 3\"\" x\"\t\"q\n\"\"t\t\"\t\t\"1\"\"\"\r\nc\t\"d\"e\"f\n\"2\"\"\""));
 }
 
 void tst_transfer::judgesLines_data()

@@ -10,6 +10,10 @@ Prompts RecordedPrompts::prompts()
         questions << question;
         return yesNoAnswer;
     };
+    const auto chooseFile = [this](const QString&, const QString& proposal, const QStringList&) {
+        proposals << proposal;
+        return fileAnswer;
+    };
     return {
         [this](const QString& text, const QString& detail) {
             shown << text;
@@ -30,6 +34,8 @@ Prompts RecordedPrompts::prompts()
             proposals << startFolder;
             return folderAnswer;
         },
+        chooseFile,
+        chooseFile,
         [this] {
             if (onEvents)
                 onEvents();

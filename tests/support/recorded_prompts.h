@@ -19,6 +19,7 @@ struct RecordedPrompts {
     std::optional<QString> textAnswer;
     std::optional<QString> passwordAnswer;
     std::optional<QString> folderAnswer;
+    std::optional<ChosenFile> fileAnswer;
     bool yesNoAnswer = false;
     /// Runs whenever window events may run.
     std::function<void()> onEvents;

@@ -13,8 +13,11 @@ namespace velmora {
 
 namespace {
 
-/// How many rows are read before others may do something.
+/// After how many lines or rows others may do something.
 constexpr qsizetype rowsTogether = 1000;
+
+/// How often the lines are gone through, each time for about as long: read, compared, referred.
+constexpr qsizetype rounds = 3;
 
 /// The reference by which a phone needs a code of its company's range.
 constexpr auto phones = "PHONES"_L1;
@@ -62,20 +65,31 @@ public:
         m_byKey.reserve(m_total);
         if (m_address >= 0)
             m_addresses.reserve(m_total);
-        for (const TableLine& line : m_file.lines)
+        for (const TableLine& line : m_file.lines) {
+            if (!goesOn(0, static_cast<qsizetype>(m_lines.size())))
+                return std::nullopt;
             m_lines.push_back(readable(line));
+        }
         if (!compareWithTable())
             return std::nullopt;
         for (CheckedLine& line : m_lines)
             if (line.verdict == Verdict::New)
                 fillIn(line.values);
         checkAddresses();
-        checkReferences();
+        if (!checkReferences())
+            return std::nullopt;
         tellAddresses();
         return std::move(m_lines);
     }
 
 private:
+    /// False where it is ended at that step of a round.
+    bool goesOn(qsizetype round, qsizetype step) const
+    {
+        return step % rowsTogether != 0 ||
+               m_progress(round * m_total + std::min(step, m_total), rounds * m_total);
+    }
+
     bool holds(qsizetype column) const { return m_file.held[static_cast<size_t>(column)]; }
 
     /// The line, as far as it can be told without the database.
@@ -136,7 +150,7 @@ private:
             m_main.connection.cursor("SELECT "_L1 + names.join(", "_L1) + " FROM "_L1 + m_table.name);
         QStringList record(names.size());
         for (qsizetype read = 0; rows.next(); ++read) {
-            if (read % rowsTogether == 0 && !m_progress(std::min(read, m_total), m_total))
+            if (!goesOn(1, read))
                 return false;
             for (int field = 0; field < record.size(); ++field)
                 record[field] = rows.textOrNull(field);
@@ -146,7 +160,7 @@ private:
             else
                 noteOwner(record);
         }
-        return m_progress(m_total, m_total);
+        return true;
     }
 
     void compare(CheckedLine& line, const QStringList& record) const
@@ -188,7 +202,7 @@ private:
                     line.refuse({u"M330"_s, {address}});
     }
 
-    void checkReferences()
+    bool checkReferences()
     {
         ReferenceCheck references(m_main, m_table);
         std::vector<CheckedLine*> written;
@@ -198,9 +212,13 @@ private:
                 written.push_back(&line);
             }
         references.read(m_main);
-        for (size_t record = 0; record < written.size(); ++record)
+        for (size_t record = 0; record < written.size(); ++record) {
+            if (!goesOn(2, static_cast<qsizetype>(record)))
+                return false;
             if (const QList<Reference> missing = references.missing(record); !missing.isEmpty())
                 tellMissing(*written[record], missing);
+        }
+        return m_progress(rounds * m_total, rounds * m_total);
     }
 
     void tellMissing(CheckedLine& line, const QList<Reference>& missing)

@@ -5,6 +5,7 @@
 #include "files/separated_values.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -215,6 +216,24 @@ TableFile readTableFile(QByteArrayView bytes, const TableDescription& table, std
         throw TableFileError(noteOf(error));
     }
     return reading.file();
+}
+
+QByteArray pastedTableBytes(const QString& text)
+{
+    // From where fields begin: one that is quoted already, or any other.
+    static const QRegularExpression fields(
+        u"(?<![^\t\r\n])(?:\"(?:[^\"]++|\"\")*+\"|([^\"\t\r\n][^\t\r\n]*+))"_s);
+    QString rows;
+    qsizetype copied = 0;
+    for (const QRegularExpressionMatch& field : fields.globalMatch(text)) {
+        QString value = field.captured(1);
+        if (!value.contains(u'"'))
+            continue;
+        rows += QStringView(text).sliced(copied, field.capturedStart() - copied);
+        rows += u'"' + value.replace(u'"', "\"\""_L1) + u'"';
+        copied = field.capturedEnd();
+    }
+    return (rows += QStringView(text).sliced(copied)).toUtf8();
 }
 
 QByteArray readTableBytes(const QString& path)

@@ -47,11 +47,14 @@ private:
 
 /// Reads the bytes of a file in UTF-8, with or without a byte-order mark, or else in Windows-1252. Its first
 /// line names columns, by their names or captions, in any order; every key column is among them. Lines of
-/// empty fields alone are passed over. Without a
-/// `separator` it is recognised by what makes most columns of the first line: ",", ";" or a tab. Throws
-/// TableFileError.
+/// empty fields alone are passed over. Without a `separator` it is recognised by what makes most columns of
+/// the first line: ",", ";" or a tab. Throws TableFileError.
 TableFile readTableFile(QByteArrayView bytes, const TableDescription& table,
                         std::optional<char> separator = std::nullopt);
+
+/// What a spreadsheet puts on the clipboard, as the content of a file: a quotation mark that does not begin a
+/// field stands there as it is.
+QByteArray pastedTableBytes(const QString& text);
 
 /// The content of a file; no more of it is read than can be taken. Throws FileError and TableFileError.
 QByteArray readTableBytes(const QString& path);

@@ -10,10 +10,12 @@ namespace velmora {
 
 namespace {
 
-/// A value as a file has it: nothing for one that is missing.
-QString shownValue(const QString& value)
+/// Old and new value; nothing stands for one that is missing.
+QString shownChange(const QString& before, const QString& after)
 {
-    return value.isNull() ? QString() : u'"' + value + u'"';
+    const QString from = before.isNull() ? QString() : u'"' + before + "\" "_L1;
+    const QString to = after.isNull() ? QString() : " \""_L1 + after + u'"';
+    return from + "->"_L1 + to;
 }
 
 } // namespace
@@ -46,11 +48,21 @@ QString VerdictTexts::details(const CheckedLine& line)
     QStringList parts;
     for (qsizetype column = 0; column < m_columns.size(); ++column)
         if (line.changes(column))
-            parts << m_columns[column] + ": "_L1 + shownValue(line.before[column]) + " -> "_L1 +
-                         shownValue(line.values[column]);
+            parts << change().arg(m_columns[column], shownChange(line.before[column], line.values[column]));
+    QStringList sentences;
     for (const Note& note : line.notes)
-        parts << text(note);
+        sentences << text(note);
+    if (!sentences.isEmpty())
+        parts << sentences.join(u' ');
     return parts.join("; "_L1);
+}
+
+/// A column and what becomes of it: languages differ in their colons.
+const QString& VerdictTexts::change()
+{
+    if (m_change.isEmpty())
+        m_change = m_main.textOr(u"IMPORT_CHANGE"_s, u"%1: %2"_s);
+    return m_change;
 }
 
 QString VerdictTexts::counts(const CheckedLines& lines)

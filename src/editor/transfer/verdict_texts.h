@@ -24,9 +24,12 @@ public:
     QString furtherColumns(const TableFile& file);
 
 private:
+    const QString& change();
+
     MMain& m_main;
     const QStringList m_columns;
     QHash<QString, QString> m_messages;
+    QString m_change;
 };
 
 /// The values of the record's key, apart by ", "; none for a line whose values can't be told.

@@ -23,6 +23,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
       list(&pane->list()),
       actions(new RecordActions(main, *list)),
       find(new FindBox(main.textOr(u"FPARAMETERS_FIND"_s, u"Find (Ctrl+F)"_s))),
+      transfer(new TransferActions(main, *pane)),
       panel(new RecordPanel(&window)),
       ok(new QPushButton(&window)),
       cancel(new QPushButton(u"Cancel"_s, &window)),
@@ -33,6 +34,7 @@ EditorControls::EditorControls(MMain& main, QWidget& window)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(actions);
     layout->addWidget(find, 1);
+    layout->addWidget(transfer);
     layout->addWidget(new RecordCount(main, *pane));
     ok->setObjectName(u"Ok"_s);
     ok->setDefault(true);

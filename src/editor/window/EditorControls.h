@@ -3,6 +3,7 @@
 
 #include "editor/list/TablePane.h"
 #include "editor/panel/RecordPanel.h"
+#include "editor/transfer/window/TransferActions.h"
 #include "editor/window/ErrorLine.h"
 #include "editor/window/FindBox.h"
 #include "editor/window/RecordActions.h"
@@ -26,6 +27,7 @@ public:
     RecordView* const list;
     RecordActions* const actions;
     FindBox* const find;
+    TransferActions* const transfer;
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;

@@ -33,6 +33,7 @@ FParameters::FParameters(MMain& main, QWidget* parent) : QWidget(parent), m_main
     translate();
     connectTable();
     connectRecord();
+    connectTransfer();
     connectKeys();
     closePanel();
 }
@@ -91,6 +92,13 @@ void FParameters::connectRecord()
     connect(m_ui.goOn, &QPushButton::clicked, this,
             [this] { reportFailures(m_main, [this] { write(true); }); });
     connect(m_ui.cancel, &QPushButton::clicked, this, &FParameters::closePanel);
+}
+
+void FParameters::connectTransfer()
+{
+    connect(m_ui.transfer, &TransferActions::told, m_ui.error, &ErrorLine::tell);
+    connect(m_ui.transfer, &TransferActions::written, this,
+            [this] { reportFailures(m_main, [this] { refresh(); }); });
 }
 
 void FParameters::connectKeys()
@@ -177,6 +185,9 @@ void FParameters::carryOut(RecordAction action)
         break;
     case RecordAction::Copy:
         copy();
+        break;
+    case RecordAction::Paste:
+        m_ui.transfer->importPasted(QGuiApplication::clipboard()->text());
         break;
     }
 }
@@ -364,6 +375,7 @@ void FParameters::enableControls()
     const auto& form = m_ui.panel->form();
     m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedCount(),
                         mayBeSet(m_ui.pane->table().name));
+    m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);
     m_ui.find->setEnabled(!form && m_ui.pane->isOpen());

@@ -29,6 +29,7 @@ private:
     void translate();
     void connectTable();
     void connectRecord();
+    void connectTransfer();
     void connectKeys();
 
     void chooseTab();
