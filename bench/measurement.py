@@ -16,12 +16,17 @@ ROWS_PER_PHONE = 22
 SEEDED_TABLES = ("RANGES", "PHONES", "PHONES_PARAMETERS")
 
 
+def absolute(path):
+    """The path as the programs find it from wherever they are."""
+    return pathlib.Path(path).resolve()
+
+
 def options(description):
     """A parser with the options that every measurement takes."""
     parser = argparse.ArgumentParser(description=description)
-    parser.add_argument("--build", type=pathlib.Path, default=HERE.parent / "build" / "release",
+    parser.add_argument("--build", type=absolute, default=HERE.parent / "build" / "release",
                         help="the build folder whose programs are measured (default: %(default)s)")
-    parser.add_argument("--folder", type=pathlib.Path, help="where the files of a measurement lie (default: the build "
+    parser.add_argument("--folder", type=absolute, help="where the files of a measurement lie (default: the build "
                         "folder, which is on a disk as a temporary folder might not be)")
     parser.add_argument("--runs", type=int, default=5, help="runs of which the median counts (default: %(default)s)")
     return parser

@@ -10,8 +10,15 @@ import sqlite3
 import sys
 import time
 
-TABLE = ("CREATE TABLE PHONE_BOOK (CO_CODE TEXT, BK_NUM TEXT, BK_NAME TEXT NOT NULL, BK_FLAG TEXT NOT NULL, BK_EXTNUM TEXT "
-         "NOT NULL, BK_FAX TEXT NOT NULL, BK_GSM TEXT NOT NULL, BK_MAIL TEXT NOT NULL, PRIMARY KEY (CO_CODE, BK_NUM))")
+TABLES = """
+CREATE TABLE CREATION_FLAGS (FL_CODE nvarchar(1), FL_DESC nvarchar(50) NOT NULL, FL_SYS nvarchar(1) NOT NULL,
+    PRIMARY KEY (FL_CODE));
+CREATE TABLE PHONE_BOOK (CO_CODE nvarchar(5), BK_NUM nvarchar(50), BK_NAME nvarchar(50) NOT NULL,
+    BK_FLAG nvarchar(1) NOT NULL, BK_EXTNUM nvarchar(20) NOT NULL, BK_FAX nvarchar(20) NOT NULL,
+    BK_GSM nvarchar(20) NOT NULL, BK_MAIL nvarchar(100) NOT NULL, PRIMARY KEY (CO_CODE, BK_NUM),
+    FOREIGN KEY (BK_FLAG) REFERENCES CREATION_FLAGS(FL_CODE) ON UPDATE CASCADE);
+INSERT INTO CREATION_FLAGS VALUES('V', 'x', 'Y'), ('W', 'x', 'Y'), ('H', 'x', 'Y');
+"""
 
 
 def timed(work):
@@ -75,7 +82,8 @@ def main():
     database = sqlite3.connect(folder / "yardstick.db", isolation_level=None)
     database.execute("PRAGMA journal_mode = WAL")
     database.execute("PRAGMA synchronous = FULL")
-    database.execute(TABLE)
+    database.execute("PRAGMA foreign_keys = ON")
+    database.executescript(TABLES)
     timed(lambda: import_users(database, folder))
     timed(lambda: import_users(database, folder))
     timed(lambda: address_book(database, folder))

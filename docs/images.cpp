@@ -14,6 +14,7 @@
 #include "ranges/FRgen.h"
 #include "reboot/FReboot.h"
 #include "startup/start_up.h"
+#include "status/window/FStatus.h"
 #include "support/device_double.h"
 
 #include <QApplication>
@@ -116,6 +117,36 @@ void takeRebootImage(MMain& main, const QString& folder, const QString& suffix)
     save(reboot, folder + "/FReboot"_L1 + suffix);
 }
 
+/// The status of a company's phones after one of its values was changed: what differs, and all values.
+void takeStatusImages(MMain& main, const QString& folder, const QString& suffix)
+{
+    const auto setServer = [&main](const QString& server) {
+        main.connection.execute(
+            u"UPDATE COMPANY_PARAMETERS SET PA_VALUE = ? WHERE CO_CODE = 'LUNA' AND EQ_CODE = "
+            "'GXP2000' AND PA_CODE = '47'"_s,
+            {server});
+    };
+    main.connection.execute(
+        u"REPLACE INTO SYSTEM_PARAMETERS VALUES('$$RESTART', 'LUNA 101', '2026-11-20T09:30:00Z -')"_s);
+    const QString before = main.connection
+                               .select(u"SELECT PA_VALUE FROM COMPANY_PARAMETERS WHERE CO_CODE = 'LUNA' AND "
+                                       "EQ_CODE = 'GXP2000' AND PA_CODE = '47'"_s)
+                               .text(0);
+    writeWholeFile(u"phone-files/LUNA/cfg0200A00100FF"_s, "another phone's");
+    setServer(u"sip2.luna.example"_s);
+    FStatus window(main);
+    window.resize(window.sizeHint());
+    window.show();
+    choose(window, u"Filter_1"_s, u"LUNA"_s);
+    window.findChild<QPushButton*>(u"Refresh"_s)->click();
+    auto* phones = window.findChild<QTreeView*>(u"Phones"_s);
+    phones->setCurrentIndex(phones->model()->index(5, 0));
+    save(window, folder + "/FStatus"_L1 + suffix);
+    window.findChild<QTabWidget*>(u"Pages"_s)->setCurrentIndex(1);
+    save(window, folder + "/FStatus-values"_L1 + suffix);
+    setServer(before);
+}
+
 /// A phone-book window after its run.
 template <typename Window> void takePhoneBookImage(MMain& main, const QString& path)
 {
@@ -174,6 +205,7 @@ void takeImages(MMain& main, const QString& folder)
     save(*generate, folder + "/FGenerate"_L1 + suffix);
     takeEditorImages(main, folder, suffix);
     takeImportImage(main, folder, suffix);
+    takeStatusImages(main, folder, suffix);
     takeRebootImage(main, folder, suffix);
     takePhoneBookImages(main, folder, suffix);
     takeRangesImage(main, folder, suffix);

@@ -12,9 +12,9 @@ _velmora_cli_words() {
 _velmora_cli_values() {
     case $1 in
         --program-dir | --folder) compgen -d -- "$2" || true ;;
-        --file) compgen -f -- "$2" || true ;;
+        --file | --failed-to) compgen -f -- "$2" || true ;;
         --levels) compgen -W "phone company equipment" -- "$2" || true ;;
-        --as | --company | --equipment | --from | --to | --port | --separator) ;;
+        --as | --company | --equipment | --from | --to | --port | --separator | --phone | --phones | --parameter | --at-once | --pause) ;;
         *) return 1 ;;
     esac
 }

@@ -28,6 +28,8 @@ Command phonebookCommand(CLI::App& application);
 Command rangesCommand(CLI::App& application);
 Command rebootCommand(CLI::App& application);
 Command languageCommand(CLI::App& application);
+Command statusCommand(CLI::App& application);
+Command explainCommand(CLI::App& application);
 Command tableCommand(CLI::App& application);
 
 } // namespace velmora

@@ -84,8 +84,9 @@ int main(int argc, char** argv)
     const CLI::Option* as = parser.add_option("--as", actAs, "Act as this user (superusers only)");
     parser.add_flag("--yes", yes, "Answer yes to every question");
     const std::vector<Command> commands = {
-        startCommand(parser),  listCommand(parser),   generateCommand(parser), phonebookCommand(parser),
-        rangesCommand(parser), rebootCommand(parser), languageCommand(parser), tableCommand(parser)};
+        startCommand(parser),    listCommand(parser),      generateCommand(parser), statusCommand(parser),
+        explainCommand(parser),  phonebookCommand(parser), rangesCommand(parser),   rebootCommand(parser),
+        languageCommand(parser), tableCommand(parser)};
     try {
         parser.parse(argumentsLastFirst());
     } catch (const CLI::ParseError& error) {

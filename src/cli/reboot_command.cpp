@@ -1,7 +1,10 @@
 #include "cli/command.h"
 #include "cli/selection.h"
 #include "common/MMain.h"
+#include "files/whole_file.h"
 #include "mainwindow/menu.h"
+#include "platform/interruption.h"
+#include "reboot/dry_run.h"
 #include "reboot/reboot.h"
 
 #include <CLI/CLI.hpp>
@@ -18,9 +21,71 @@ namespace {
 
 struct Options {
     PhoneSelection phones;
+    bool changedOnly = false;
     bool waitIfBusy = false;
+    int atOnce = 1;
+    int pause = 0;
+    bool confirm = false;
+    bool dryRun = false;
+    std::string failedTo;
     quint16 port = HttpExchange::webPort;
 };
+
+RebootRequest requestOf(MMain& main, const Options& options)
+{
+    const PhoneChoice range = rangeOf(main, options.phones);
+    RebootRequest request{range.company, range.equipment, range.from, range.to, options.waitIfBusy};
+    request.codes = range.codes;
+    request.changedOnly = options.changedOnly;
+    request.atOnce = options.atOnce;
+    request.pause = options.pause * 1000;
+    request.confirm = options.confirm;
+    return request;
+}
+
+/// The end of a command that has found no phone.
+ExitStatus noPhones(MMain& main, const RebootRequest& request, bool isMissing)
+{
+    if (request.changedOnly && !isMissing) {
+        QTextStream(stdout) << main.messageLine(u"M392"_s) << Qt::endl;
+        return Done;
+    }
+    main.showMessage(u"M8"_s);
+    return EndedWithMessage;
+}
+
+/// As --phones reads them.
+void writeCodes(const QString& path, const QStringList& codes)
+{
+    QString lines;
+    for (const QString& code : codes)
+        lines += code + u'\n';
+    writeWholeFile(path, lines.toUtf8());
+}
+
+ExitStatus restart(MMain& main, const Options& options, const RebootRequest& request, const RunReport& report)
+{
+    const QString failedTo = QString::fromStdString(options.failedTo);
+    if (!failedTo.isEmpty())
+        checkWritable(failedTo);
+    Reboot reboot(main, options.port, report);
+    const Interruption interruption([&reboot] { reboot.abort(); });
+    const RebootCounts counts = reboot.run(request);
+    QTextStream(stdout) << summaryOf(main, counts, request.confirm) << Qt::endl;
+    if (!failedTo.isEmpty())
+        writeCodes(failedTo, counts.failed);
+    if (counts.phones == 0)
+        return noPhones(main, request, counts.missing > 0);
+    return counts.allRestarted() && !reboot.isAborted() ? Done : EndedWithMessage;
+}
+
+ExitStatus showPlan(MMain& main, const RebootRequest& request, const RunReport& report)
+{
+    const PlanCounts counts = planReboot(main, request, report);
+    if (counts.phones == 0)
+        return noPhones(main, request, counts.missing > 0);
+    return counts.withRemarks == 0 ? Done : EndedWithMessage;
+}
 
 ExitStatus run(MMain& main, const Options& options)
 {
@@ -28,20 +93,15 @@ ExitStatus run(MMain& main, const Options& options)
         main.showMessage(u"M208"_s, main.userName);
         return EndedWithMessage;
     }
-    const PhoneRange range = rangeOf(main, options.phones);
-    if (range.from.isEmpty()) {
+    const RebootRequest request = requestOf(main, options);
+    if (request.phoneFrom.isEmpty()) {
         main.showMessage(u"M8"_s);
         return EndedWithMessage;
     }
     QTextStream out(stdout);
-    Reboot reboot(main, options.port,
-                  {[&out](const QString& line) { out << line << Qt::endl; }, [](qsizetype, qsizetype) {}});
-    const RebootCounts counts =
-        reboot.run({range.company, range.equipment, range.from, range.to, options.waitIfBusy});
-    out << summaryOf(main, counts) << Qt::endl;
-    if (counts.phones == 0)
-        main.showMessage(u"M8"_s);
-    return counts.phones > 0 && counts.refused + counts.unreachable == 0 ? Done : EndedWithMessage;
+    const RunReport report = {[&out](const QString& line) { out << line << Qt::endl; },
+                              [](qsizetype, qsizetype) {}};
+    return options.dryRun ? showPlan(main, request, report) : restart(main, options, request, report);
 }
 
 } // namespace
@@ -50,8 +110,22 @@ Command rebootCommand(CLI::App& application)
 {
     CLI::App* parser = application.add_subcommand("reboot", "Restart phones through their web servers");
     const auto options = std::make_shared<Options>();
-    addSelection(*parser, options->phones);
+    addSelection(*parser, options->phones, Models::OneOrAll);
+    addPhones(*parser, options->phones);
+    parser->add_flag("--changed", options->changedOnly,
+                     "Only phones whose file is another one than at their last restart");
     parser->add_flag("--wait-if-busy", options->waitIfBusy, "Ask a busy phone again every five seconds");
+    parser->add_option("--at-once", options->atOnce, "How many phones are visited at a time")
+        ->check(CLI::Range(1, mostAtOnce))
+        ->capture_default_str();
+    parser->add_option("--pause", options->pause, "Seconds from the start of one visit to the next")
+        ->check(CLI::Range(0, 3600))
+        ->capture_default_str();
+    parser->add_flag("--confirm", options->confirm,
+                     "Count as restarted what goes down within a minute and is back five minutes later");
+    parser->add_flag("--dry-run", options->dryRun, "Show what would be visited, and visit nothing");
+    parser->add_option("--failed-to", options->failedTo,
+                       "Write the codes of the phones that failed to this file");
     parser->add_option("--port", options->port, "Port of the phones' web servers")
         ->check(CLI::Range(1, 65535))
         ->capture_default_str();

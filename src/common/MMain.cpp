@@ -40,10 +40,9 @@ QString MMain::messageText(const QString& code)
     return text.isEmpty() ? builtInText(code, language) : text;
 }
 
-QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
-                          const QString& details)
+QString MMain::worded(const QString& code, QString text, const QString& substitution, bool& show,
+                      const QString& details) const
 {
-    QString text = messageText(code);
     if (text.isEmpty()) {
         text = "Message Not Found : "_L1 + code + " Language : "_L1 + language;
         show = true;
@@ -52,6 +51,12 @@ QString MMain::GetMessage(const QString& code, const QString& substitution, bool
     if (show)
         prompts.show(text, details);
     return text;
+}
+
+QString MMain::GetMessage(const QString& code, const QString& substitution, bool& show,
+                          const QString& details)
+{
+    return worded(code, messageText(code), substitution, show, details);
 }
 
 void MMain::showMessage(const QString& code, const QString& substitution)
@@ -66,7 +71,7 @@ QString MMain::messageLine(const QString& code, const QString& substitution)
     return GetMessage(code, substitution, show);
 }
 
-QString MMain::GetParameterValue(const QString& code)
+QString MMain::GetParameterValue(const QString& code, const QString& macroShownAs)
 {
     const Phone phone = currentPhone();
     const Recordset parameter =
@@ -86,29 +91,30 @@ QString MMain::GetParameterValue(const QString& code)
         const Recordset value =
             query("SELECT PA_VALUE FROM COMPANY_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
                   "' AND EQ_CODE = '"_L1 + phone.equipment + "' AND PA_CODE = '"_L1 + code + "'"_L1);
-        return value.eof() ? refuse(u"M5"_s) : ExpandMacros(value.text(0));
+        return value.eof() ? refuse(u"M5"_s) : ExpandMacros(value.text(0), MacroContext::Value, macroShownAs);
     }
     if (level == "P"_L1) {
-        const Recordset value =
-            query("SELECT PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = '"_L1 + phone.company +
-                  "' AND PH_CODE = '"_L1 + phone.code + "' AND PA_CODE = '"_L1 + code + "'"_L1);
-        return value.eof() ? refuse(u"M4"_s) : ExpandMacros(value.text(0));
+        const Recordset value = query(phoneValueStatement(phone.company, phone.code, code));
+        return value.eof() ? refuse(u"M4"_s) : ExpandMacros(value.text(0), MacroContext::Value, macroShownAs);
     }
     return refuse(level == "D"_L1 ? u"M3"_s : u"M2"_s);
 }
 
-QString MMain::ExpandMacros(const QString& value, MacroContext context)
+QString MMain::ExpandMacros(const QString& value, MacroContext context, const QString& macroShownAs)
 {
     if (!value.contains("$$"_L1))
         return value;
-    const Phone phone = currentPhone();
-    const MacroExpansion expansion = expandMacros(value, phone, context);
-    if (!expansion.refusedToken.isEmpty()) {
-        bool show = true;
-        GetMessage(u"M6"_s, expansion.refusedToken, show, describe(phone));
-        stopFlag = stopFlag || expansion.unknownName;
-    }
+    const MacroExpansion expansion = expandMacros(value, currentPhone(), context);
+    if (!expansion.refusedToken.isEmpty())
+        showRefusedMacro(expansion, macroShownAs);
     return expansion.text;
+}
+
+void MMain::showRefusedMacro(const MacroExpansion& expansion, const QString& shownAs)
+{
+    bool show = true;
+    GetMessage(u"M6"_s, shownAs.isEmpty() ? expansion.refusedToken : shownAs, show, describe(currentPhone()));
+    stopFlag = stopFlag || expansion.unknownName;
 }
 
 QString MMain::BrowseFolder(const QString& startFolder) const
@@ -120,14 +126,23 @@ QString MMain::BrowseFolder(const QString& startFolder) const
 
 Phone MMain::currentPhone() const
 {
-    return {phones.text("CO_CODE"_L1), phones.text("EQ_CODE"_L1), phones.text("PH_CODE"_L1),
-            phones.text("PH_DESC"_L1), phones.text("PH_MAC"_L1)};
+    return phoneOf(phones);
+}
+
+QString MMain::phoneValueStatement(const QString& company, const QString& phone, const QString& code)
+{
+    return "SELECT PA_VALUE FROM PHONES_PARAMETERS WHERE CO_CODE = '"_L1 + company + "' AND PH_CODE = '"_L1 +
+           phone + "' AND PA_CODE = '"_L1 + code + "'"_L1;
 }
 
 Recordset MMain::query(const QString& statement)
 {
     sqlText = statement;
-    return connection.select(statement);
+    if (!answers)
+        return connection.select(statement);
+    if (const auto known = answers->constFind(statement); known != answers->cend())
+        return *known;
+    return *answers->insert(statement, connection.select(statement));
 }
 
 } // namespace velmora

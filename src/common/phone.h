@@ -5,6 +5,8 @@
 
 namespace velmora {
 
+class Recordset;
+
 struct Phone {
     QString company;
     QString equipment;
@@ -12,6 +14,9 @@ struct Phone {
     QString description;
     QString mac;
 };
+
+/// The current row of a selection from PHONES. REQUIRES: there is one.
+Phone phoneOf(const Recordset& phones);
 
 /// The phone as messages name it: code and name.
 QString describe(const Phone& phone);

@@ -71,6 +71,7 @@ void Connection::openSession()
 void Connection::close()
 {
     m_prepared.clear();
+    m_released.clear();
     if (QSqlDatabase::contains(m_name))
         QSqlDatabase::removeDatabase(m_name);
     m_engine.reset();
@@ -99,7 +100,12 @@ void Connection::prepareSessions(std::function<void(Connection&)> preparation)
 
 int Connection::execute(const QString& statement, const QStringList& values)
 {
-    QSqlQuery query = run(statement, values);
+    return executeNamed(statement, {}, values);
+}
+
+int Connection::executeNamed(const QString& statement, const QStringList& names, const QStringList& values)
+{
+    QSqlQuery query = run(statement, values, names);
     const int rows = query.numRowsAffected();
     if (!values.isEmpty())
         keep(statement, std::move(query));
@@ -155,7 +161,28 @@ void Connection::holdDeclaredTypes()
     m_engine->holdDeclaredTypes(*this);
 }
 
-QSqlQuery Connection::run(const QString& statement, const QStringList& values)
+void Connection::releaseDeclaredTypes(const QString& table)
+{
+    if (m_released.contains(table.toLower()))
+        return;
+    m_engine->releaseDeclaredTypes(*this, table);
+    m_released.insert(table.toLower());
+}
+
+void Connection::holdDeclaredTypes(const QString& table)
+{
+    if (!m_released.contains(table.toLower()))
+        return;
+    m_engine->holdDeclaredTypesAgain(*this, table);
+    m_released.remove(table.toLower());
+}
+
+qsizetype Connection::rowsTogether() const
+{
+    return m_engine->rowsTogether();
+}
+
+QSqlQuery Connection::run(const QString& statement, const QStringList& values, const QStringList& names)
 {
     if (m_lost)
         reconnect(statement);
@@ -164,11 +191,19 @@ QSqlQuery Connection::run(const QString& statement, const QStringList& values)
     QSqlQuery query =
         values.isEmpty() ? QSqlQuery(QSqlDatabase::database(m_name, false)) : prepared(statement);
     query.setForwardOnly(true);
-    for (int place = 0; place < values.size(); ++place)
-        query.bindValue(place, values[place].isEmpty() ? u""_s : values[place]);
-    if (!(values.isEmpty() ? query.exec(statement) : query.exec()))
-        fail(statement, query.lastError());
-    return query;
+    for (int place = 0; place < values.size(); ++place) {
+        const QString& value = values[place].isEmpty() ? u""_s : values[place];
+        if (names.isEmpty())
+            query.bindValue(place, value);
+        else
+            query.bindValue(names[place], value);
+    }
+    if (values.isEmpty() ? query.exec(statement) : query.exec())
+        return query;
+    const QSqlError error = query.lastError();
+    if (!values.isEmpty())
+        keep(statement, std::move(query)); // it may be refused for one row and not for the next
+    fail(statement, error);
 }
 
 void Connection::reconnect(const QString& statement)

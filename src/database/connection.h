@@ -4,6 +4,8 @@
 #include "database/engines/engine.h"
 #include "database/recordset.h"
 
+#include <QSet>
+
 #include <functional>
 #include <memory>
 #include <unordered_map>
@@ -44,6 +46,8 @@ public:
     /// Runs a statement, the values bound to its "?" in order. An empty text is never taken for NULL. Returns
     /// how many rows it inserted, found to update or deleted.
     int execute(const QString& statement, const QStringList& values = {});
+    /// The same with values that have names, each ":" and letters: many are bound at a fraction of the cost.
+    int executeNamed(const QString& statement, const QStringList& names, const QStringList& values);
     /// Runs a statement whose text is the same for all engines, in the words of this one.
     void executePortable(const QString& statement);
     /// Runs a statement of an upgrade step, in the words of this engine. Where it can't undo changes of the
@@ -65,6 +69,12 @@ public:
     QString keepCopy(const QString& name);
     /// Makes the session refuse too long texts and missing keys in the tables that exist now.
     void holdDeclaredTypes();
+    /// Ends that for one table, and begins it again: for those who write only what it would let pass. The
+    /// name may differ in case.
+    void releaseDeclaredTypes(const QString& table);
+    void holdDeclaredTypes(const QString& table);
+    /// How many rows one statement inserts best. A power of two.
+    qsizetype rowsTogether() const;
 
 private:
     friend class SchemaLock;
@@ -73,7 +83,7 @@ private:
     void openSession();
     void reconnect(const QString& statement);
     [[noreturn]] void fail(const QString& statement, const QSqlError& error);
-    QSqlQuery run(const QString& statement, const QStringList& values);
+    QSqlQuery run(const QString& statement, const QStringList& values, const QStringList& names = {});
     QSqlQuery prepared(const QString& statement);
     void keep(const QString& statement, QSqlQuery query);
 
@@ -87,6 +97,8 @@ private:
     std::function<void(Connection&)> m_preparation;
     bool m_lost = false;
     bool m_inTransaction = false;
+    /// The tables, in lower case, whose declared types are not held.
+    QSet<QString> m_released;
     /// Statements with values that are not running, by their text: they come again, and need no second
     /// preparing.
     std::unordered_map<QString, QSqlQuery> m_prepared;

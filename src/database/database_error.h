@@ -53,6 +53,12 @@ public:
     const QString& description() const { return m_description; }
     Reason reason() const { return m_cause.reason; }
     const Cause& cause() const { return m_cause; }
+    /// Whether the statements before it in the same transaction are undone, or can't be made lasting any
+    /// more.
+    bool endsTransaction() const
+    {
+        return reason() == Reason::TransactionLost || reason() == Reason::ConnectionLost;
+    }
     /// Whether it is no matter of the one statement: those that follow would fail like it, or be lost.
     bool endsAll() const
     {

@@ -39,6 +39,11 @@ public:
     Recordset() = default;
     /// Reads every row that `cursor` has left. The current row is the first one.
     explicit Recordset(Cursor& cursor);
+    /// One column with one row.
+    Recordset(const QString& column, const QString& value)
+        : m_fieldCount(1), m_names(column), m_values({value})
+    {
+    }
 
     bool eof() const { return m_row >= recordCount(); }
     void moveNext() { ++m_row; }

@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +19,13 @@ namespace {
 /// What a box shows at once; more of it would leave the screen, and its button with it.
 constexpr qsizetype mostLines = 15;
 constexpr qsizetype mostCharacters = 2000;
+
+/// French sets a blank before these marks, at which no line may end.
+QString keptTogether(QString text)
+{
+    static const QRegularExpression blank(u" (?=[:;?!»])|(?<=«) "_s);
+    return text.replace(blank, u"\u00a0"_s);
+}
 
 /// The beginning of `text`, as much as a box shows.
 QString beginning(const QString& text)
@@ -42,7 +50,7 @@ void show(const QString& text, const QString& details)
 bool ask(const QString& question, const QString& title, QMessageBox::StandardButton proposal)
 {
     const NoWaitCursor asking;
-    QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No,
+    QMessageBox box(QMessageBox::Question, title, keptTogether(question), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(proposal);

@@ -19,6 +19,8 @@
 #include <QStandardPaths>
 #include <QTranslator>
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -36,7 +38,7 @@ struct CommandLine {
     CommandLine() { parser.addOption(folder); }
 };
 
-/// Answers --help and --version where there is no display to open a window on.
+/// Answers --help and --version where there is no display to open a window on, and ends all else there.
 void answerWithoutDisplay(int& argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
@@ -48,6 +50,15 @@ void answerWithoutDisplay(int& argc, char** argv)
         line.parser.showHelp();
     if (line.parser.isSet(line.version))
         line.parser.showVersion();
+#ifdef Q_OS_LINUX
+    const auto isSet = [](const char* variable) { return !qEnvironmentVariableIsEmpty(variable); };
+    if (isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM") ||
+        QCoreApplication::arguments().contains("-platform"_L1))
+        return;
+    // The toolkit would abort, and advise to install the program again.
+    std::fputs("velmora: there is no display. velmora-cli does the same work in a terminal.\n", stderr);
+    std::exit(1);
+#endif
 }
 
 /// The program folder that the command line chose, or an empty text.

@@ -33,7 +33,7 @@ QString literal(QString text)
 {
     static const QRegularExpression special(u"([\\\\`*_\\[\\]])"_s);
     // Two dollars would begin a formula.
-    static const QRegularExpression dollars(u"(\\$\\$[A-Z0-9]*(?:,[0-9]+)*)"_s);
+    static const QRegularExpression dollars(u"(\\$\\$[A-Za-z0-9]*(?:,[0-9]+)*)"_s);
     return text.replace(special, u"\\\\1"_s).replace(dollars, u"`\\1`"_s);
 }
 

@@ -4,7 +4,10 @@
 #include "files/unfinished_file.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 using namespace Qt::StringLiterals;
@@ -57,6 +60,16 @@ void writeWholeFile(const QString& path, const QByteArray& content, const QStrin
     std::filesystem::rename(file.fileName().toStdU16String(), path.toStdU16String(), failure);
     if (failure)
         fail(QString::fromLocal8Bit(failure.message().c_str()));
+}
+
+void checkWritable(const QString& path)
+{
+    if (QFileInfo(path).isDir())
+        throw FileError(path, QString::fromLocal8Bit(std::strerror(EISDIR)));
+    QFile file(unfinishedName(path));
+    if (!openNew(file, path))
+        throw FileError(path, file.errorString());
+    file.remove();
 }
 
 } // namespace velmora

@@ -14,4 +14,8 @@ QByteArray readWholeFile(const QString& path);
 /// is empty, the replaced one (see openNew()). Throws FileError.
 void writeWholeFile(const QString& path, const QByteArray& content, const QString& like = {});
 
+/// Throws FileError where writeWholeFile() would do so now: for who wants to know before a long work whose
+/// outcome is to be written. What stands there stays as it is.
+void checkWritable(const QString& path);
+
 } // namespace velmora

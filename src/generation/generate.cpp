@@ -5,8 +5,8 @@
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
-#include "generation/run_rows.h"
-#include "generation/staging.h"
+#include "generation/destination.h"
+#include "generation/phone_files.h"
 #include "modules/GXP2000.h"
 #include "modules/modules.h"
 
@@ -15,8 +15,6 @@
 #include <QRegularExpression>
 #include <QSet>
 
-#include <deque>
-#include <unordered_map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -25,59 +23,11 @@ namespace velmora {
 
 namespace {
 
-/// Whether a name that is made of database texts is that of a file, and does not lead to another folder.
-bool isFileName(const QString& name)
-{
-    return !name.contains(u'/') && !name.contains(u'\\');
-}
-
-/// Whether `folder`, made from `pattern` by replacing a macro in it, is where the pattern leads for every
-/// phone: what stands for the macro must be a part of one folder's name.
-bool followsPattern(const QString& folder, const QString& pattern)
-{
-    if (folder == pattern)
-        return true;
-    static const QRegularExpression separator(u"[/\\\\]"_s);
-    const QStringList names = folder.split(separator);
-    const QStringList patternNames = pattern.split(separator);
-    if (names.size() != patternNames.size())
-        return false;
-    for (qsizetype place = 0; place < names.size(); ++place)
-        if (names[place] == ".."_L1 && patternNames[place] != names[place])
-            return false;
-    return true;
-}
-
-/// The pieces of one kind of file. What all phones share is made once.
-class PieceMaker {
-public:
-    /// They stay until the next call.
-    Pieces make(Piece (*piece)(const Parameter&), const QList<MergedParameter>& parameters)
-    {
-        Pieces pieces;
-        pieces.reserve(parameters.size());
-        m_own.clear();
-        for (const MergedParameter& one : parameters) {
-            if (!one.isShared())
-                pieces << &m_own.emplace_back(piece(one.parameter()));
-            else if (const auto known = m_shared.find(one.row); known != m_shared.end())
-                pieces << &known->second;
-            else
-                pieces << &m_shared.emplace(one.row, piece(one.parameter())).first->second;
-        }
-        return pieces;
-    }
-
-private:
-    std::unordered_map<const ParameterRow*, Piece> m_shared;
-    std::deque<Piece> m_own;
-};
-
 /// One run over the phones of the shared record set. A step that returns false ends it.
 class Run {
 public:
     Run(MMain& main, const GenerationRequest& request, const RunReport& report)
-        : m_main(main), m_request(request), m_report(report), m_rows(main, request.levels)
+        : m_main(main), m_request(request), m_report(report), m_files(main, request.levels)
     {
     }
 
@@ -140,21 +90,10 @@ private:
             return false;
         }
         tidyOnce(folder);
-        const auto parameters = parametersOf(phone);
+        const auto parameters = m_files.parametersOf(phone, m_staging);
         const bool goOn = parameters && dispatch(phone, *parameters, folder);
         listStagingLines();
         return goOn;
-    }
-
-    /// What the current phone gets; nothing where an unknown macro ends the run. What can't be merged in
-    /// memory without a doubt is merged in the staging table, which tells which rows it refuses, and why.
-    std::optional<QList<MergedParameter>> parametersOf(const Phone& phone)
-    {
-        Merge merged = merge(m_rows.of(phone), phone);
-        if (merged.doubtful.isEmpty())
-            return std::move(merged.parameters);
-        return mergeInTable(m_main, m_request.levels,
-                            [this](const QString& line) { m_stagingLines << line; });
     }
 
     /// Removes what an earlier run was killed over: a half device file holds passwords too.
@@ -213,10 +152,9 @@ private:
             return true;
         }
         try {
-            const DeviceFile file = writer.device(phone, m_devicePieces.make(writer.devicePiece, parameters));
-            const DeviceFile source = m_request.withSource
-                                          ? writer.source(m_sourcePieces.make(writer.sourcePiece, parameters))
-                                          : DeviceFile();
+            const DeviceFile file = m_files.device(writer, phone, parameters);
+            const DeviceFile source =
+                m_request.withSource ? m_files.source(writer, parameters) : DeviceFile();
             if (writesSource)
                 writeWholeFile(pathIn(folder, names.source), source.bytes);
             writeWholeFile(pathIn(folder, names.device), file.bytes);
@@ -260,21 +198,29 @@ private:
     MMain& m_main;
     const GenerationRequest& m_request;
     const RunReport& m_report;
-    RunRows m_rows;
+    PhoneFiles m_files;
     /// The module of all phones, once it is known.
     const Module* m_module = nullptr;
-    PieceMaker m_devicePieces;
-    PieceMaker m_sourcePieces;
     /// The texts of the messages, by their codes.
     QHash<QString, QString> m_texts;
     /// Lines about the parameters of the current phone that are not in the list yet.
     QStringList m_stagingLines;
+    const StagingReport m_staging = {
+        [this](const QString& line) { m_stagingLines << line; },
+        [this](const MacroExpansion& expansion) { m_main.showRefusedMacro(expansion); }};
     QSet<QString> m_tidied;
     bool m_hasRemark = false;
     qsizetype m_withRemarks = 0;
     /// The MAC addresses of the run, in upper case, and the code of the first phone that has each.
     QHash<QString, QString> m_addresses;
 };
+
+QString quotedList(QStringList codes)
+{
+    for (QString& code : codes)
+        code = u'\'' + code.replace(u'\'', "''"_L1) + u'\'';
+    return codes.isEmpty() ? u"NULL"_s : codes.join(", "_L1);
+}
 
 QString selectionStatement(const GenerationRequest& request)
 {
@@ -283,15 +229,22 @@ QString selectionStatement(const GenerationRequest& request)
     if (request.levels.phone)
         statement +=
             "AND PH_CODE BETWEEN '"_L1 + request.phoneFrom + "' AND '"_L1 + request.phoneTo + "' "_L1;
+    if (request.codes)
+        statement += "AND PH_CODE IN ("_L1 + quotedList(*request.codes) + ") "_L1;
     return statement + "ORDER BY PH_CODE"_L1;
 }
 
 } // namespace
 
+Recordset selectedPhones(MMain& main, const GenerationRequest& request)
+{
+    return main.query(selectionStatement(request));
+}
+
 std::optional<qsizetype> Generate(MMain& main, const GenerationRequest& request, const RunReport& report)
 {
     main.stopFlag = false;
-    main.phones = main.query(selectionStatement(request));
+    main.phones = selectedPhones(main, request);
     if (main.phones.eof()) {
         main.showMessage(u"M8"_s);
         return std::nullopt;

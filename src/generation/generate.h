@@ -1,6 +1,7 @@
 // The run that writes the configuration files of the selected phones.
 #pragma once
 
+#include "database/recordset.h"
 #include "modules/writer.h"
 #include "runs/run_report.h"
 
@@ -22,7 +23,12 @@ struct GenerationRequest {
     bool withSource = false;
     /// The output folder; it may hold a phone macro and so differ from phone to phone.
     QString folder;
+    /// Only these phones, where they are named.
+    std::optional<QStringList> codes = {};
 };
+
+/// The phones that the request selects, by code. Throws DatabaseError.
+Recordset selectedPhones(MMain& main, const GenerationRequest& request);
 
 /// Writes one configuration file per selected phone; without phone-level values, one template per model. The
 /// main module's stop flag ends the run after the current phone. Problems are shown or reported as lines;

@@ -24,18 +24,9 @@ QString macroOf(const Parameter& parameter)
     return {};
 }
 
-/// The order of both engines: by code points, of which those beyond 16 bits are the greatest.
-bool comesBefore(const QString& one, const QString& other)
+bool comesBefore(const ParameterRow* one, const ParameterRow* other)
 {
-    const auto [left, right] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
-    if (left == one.end() || right == other.end())
-        return left == one.end() && right != other.end();
-    return left->isSurrogate() == right->isSurrogate() ? *left < *right : right->isSurrogate();
-}
-
-bool hasSmallerCode(const ParameterRow* one, const ParameterRow* other)
-{
-    return comesBefore(one->parameter.code, other->parameter.code);
+    return hasSmallerCode(one->parameter.code, other->parameter.code);
 }
 
 bool fits(const Parameter& parameter)
@@ -63,11 +54,19 @@ ParameterRow::ParameterRow(QChar ofLevel, const Parameter& of, const QString& of
 {
 }
 
+bool hasSmallerCode(const QString& one, const QString& other)
+{
+    const auto [left, right] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    if (left == one.end() || right == other.end())
+        return left == one.end() && right != other.end();
+    return left->isSurrogate() == right->isSurrogate() ? *left < *right : right->isSurrogate();
+}
+
 void sortForMerge(ParameterRows& rows)
 {
     std::stable_sort(rows.begin(), rows.end(), [](const ParameterRow* one, const ParameterRow* other) {
         if (one->parameter.code != other->parameter.code)
-            return hasSmallerCode(one, other);
+            return comesBefore(one, other);
         return one->otherModel.isEmpty() && !other->otherModel.isEmpty();
     });
 }
@@ -77,7 +76,7 @@ ParameterRows inOneList(const ParameterRows& first, const ParameterRows& second)
     ParameterRows all;
     all.reserve(first.size() + second.size());
     std::merge(first.begin(), first.end(), second.begin(), second.end(), std::back_inserter(all),
-               hasSmallerCode);
+               comesBefore);
     return all;
 }
 

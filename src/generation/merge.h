@@ -43,6 +43,10 @@ struct Merge {
 
 using ParameterRows = QList<const ParameterRow*>;
 
+/// The order of parameter codes on both engines: by code points, of which those beyond 16 bits are the
+/// greatest.
+bool hasSmallerCode(const QString& one, const QString& other);
+
 /// Sorts rows as merge() takes them: in ascending code order, as the database has it. Of one code, those for
 /// the phone's own model come first, and else those that came first.
 void sortForMerge(ParameterRows& rows);

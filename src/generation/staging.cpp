@@ -20,7 +20,13 @@ QString quoted(QString text)
 /// The staging of one phone.
 class Staging {
 public:
-    Staging(MMain& main, const LineSink& line) : m_main(main), m_line(line), m_phone(main.currentPhone()) {}
+    Staging(MMain& main, const StagingReport& report)
+        : m_main(main), m_report(report), m_phone(main.currentPhone())
+    {
+    }
+
+    /// Whether an unknown macro was met.
+    bool isStopped() const { return m_isStopped; }
 
     void stageModel()
     {
@@ -56,7 +62,7 @@ public:
             if (model == m_phone.equipment)
                 own << code;
             else if (own.contains(code)) {
-                m_line(m_main.messageLine(u"M266"_s, model + " - "_L1 + code));
+                m_report.line(m_main.messageLine(u"M266"_s, model + " - "_L1 + code));
                 continue;
             }
             stage(valueOf(rows), u'P');
@@ -87,25 +93,31 @@ private:
     /// Adds one row by its own statement, which passes whole through the macro expansion.
     void stage(const Parameter& row, QChar level)
     {
-        m_main.sqlText = m_main.ExpandMacros("INSERT INTO EQ_TEMP VALUES("_L1 + quoted(row.code) + ", "_L1 +
-                                                 quoted(row.description) + ", "_L1 + quoted(row.value) +
-                                                 ", "_L1 + quoted(level) + u')',
-                                             MacroContext::Statement);
+        const MacroExpansion expansion = expandMacros("INSERT INTO EQ_TEMP VALUES("_L1 + quoted(row.code) +
+                                                          ", "_L1 + quoted(row.description) + ", "_L1 +
+                                                          quoted(row.value) + ", "_L1 + quoted(level) + u')',
+                                                      m_phone, MacroContext::Statement);
+        if (!expansion.refusedToken.isEmpty())
+            m_report.refusedMacro(expansion);
+        m_isStopped = m_isStopped || expansion.unknownName;
+        m_main.sqlText = expansion.text;
         try {
             m_main.connection.execute(m_main.sqlText);
         } catch (const DatabaseError& error) {
             if (error.reason() == DatabaseError::Reason::ConnectionLost)
                 throw;
             if (error.reason() == DatabaseError::Reason::DuplicateKey)
-                m_line(m_main.messageLine(u"M200"_s, row.code));
+                m_report.line(m_main.messageLine(u"M200"_s, row.code));
             else
-                m_line(m_main.messageLine(u"M201"_s, row.code + " - "_L1 + refusalReason(m_main, error)));
+                m_report.line(
+                    m_main.messageLine(u"M201"_s, row.code + " - "_L1 + refusalReason(m_main, error)));
         }
     }
 
     MMain& m_main;
-    const LineSink& m_line;
+    const StagingReport& m_report;
     const Phone m_phone;
+    bool m_isStopped = false;
 };
 
 void empty(Connection& connection)
@@ -115,7 +127,8 @@ void empty(Connection& connection)
 
 } // namespace
 
-std::optional<QList<MergedParameter>> mergeInTable(MMain& main, const Levels& levels, const LineSink& line)
+std::optional<QList<MergedParameter>> mergeInTable(MMain& main, const Levels& levels,
+                                                   const StagingReport& report)
 {
     empty(main.connection);
     const auto emptyAgain = qScopeGuard([&main] {
@@ -126,14 +139,14 @@ std::optional<QList<MergedParameter>> mergeInTable(MMain& main, const Levels& le
             // The database is gone, and the private staging table with it.
         }
     });
-    Staging staging(main, line);
+    Staging staging(main, report);
     if (levels.equipment)
         staging.stageModel();
-    if (levels.company && !main.stopFlag)
+    if (levels.company && !staging.isStopped())
         staging.stageCompany();
-    if (levels.phone && !main.stopFlag)
+    if (levels.phone && !staging.isStopped())
         staging.stagePhone();
-    if (main.stopFlag)
+    if (staging.isStopped())
         return std::nullopt;
     return staging.staged();
 }

@@ -1,10 +1,8 @@
 #include "http/http_exchange.h"
 
-#include "common/MMain.h"
+#include "common/texts/message_texts.h"
 #include "files/ansi.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QNetworkProxy>
 
 using namespace Qt::StringLiterals;
@@ -16,109 +14,119 @@ namespace {
 /// How long a device may take to close a connection after its page, in milliseconds.
 constexpr int closingTime = 200;
 
-void waitForEvents()
-{
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
-
 } // namespace
 
-HttpExchange::HttpExchange(MMain& main, quint16 port, LineSink line, int budget)
-    : m_main(main), m_port(port), m_line(std::move(line))
+HttpExchange::HttpExchange(const MessageTexts& texts, quint16 port, LineSink line, int budget)
+    : m_texts(texts), m_port(port), m_line(std::move(line))
 {
     m_budget.setSingleShot(true);
     m_budget.setTimerType(Qt::PreciseTimer);
     m_budget.setInterval(budget);
+    m_grace.setSingleShot(true);
     m_socket.setProxy(QNetworkProxy::NoProxy);
     connect(&m_socket, &QTcpSocket::readyRead, this, &HttpExchange::receive);
     connect(&m_socket, &QTcpSocket::errorOccurred, this, &HttpExchange::failed);
+    connect(&m_socket, &QTcpSocket::connected, &m_changed, &Wakeup::wake);
+    connect(&m_socket, &QTcpSocket::disconnected, &m_changed, &Wakeup::wake);
+    connect(&m_budget, &QTimer::timeout, &m_changed, &Wakeup::wake);
+    connect(&m_grace, &QTimer::timeout, &m_changed, &Wakeup::wake);
 }
 
-bool HttpExchange::GetHttp(const QString& host, const QString& request)
+QCoro::Task<bool> HttpExchange::GetHttp(QString host, QString request)
 {
-    begin(host, request);
+    co_await begin(host, request);
     do {
-        if (!sendRequest() || !awaitReply())
-            return false;
+        const bool sent = co_await sendRequest();
+        if (!sent)
+            co_return false;
+        const bool inTime = co_await awaitReply();
+        if (!inTime)
+            co_return false;
     } while (wasLost());
     m_budget.stop();
-    return true;
+    co_return true;
 }
 
-bool HttpExchange::PostHttp(const QString& host, const QString& request)
+QCoro::Task<bool> HttpExchange::PostHttp(QString host, QString request)
 {
-    begin(host, request);
-    return sendRequest();
+    co_await begin(host, request);
+    const bool sent = co_await sendRequest();
+    co_return sent;
 }
 
-bool HttpExchange::finishPost()
+QCoro::Task<bool> HttpExchange::finishPost()
 {
-    do {
-        awaitClose(m_budget);
-    } while (wasLost() && sendRequest());
+    for (bool sent = true; sent;) {
+        co_await awaitClose();
+        if (!wasLost())
+            break;
+        sent = co_await sendRequest();
+    }
     const bool inTime = m_budget.isActive();
     m_budget.stop();
     close();
-    return inTime || !m_reply.isEmpty();
+    co_return inTime || !m_reply.isEmpty();
 }
 
 /// Begins the budget. What an exchange with another device has left open is closed, since it is not for this
 /// one's requests. A connection to this one is given the time to be closed by it: a device that has sent its
 /// whole page does so, and a request that meets the close has to be sent again.
-void HttpExchange::begin(const QString& host, const QString& request)
+QCoro::Task<> HttpExchange::begin(QString host, QString request)
 {
     if (host != m_host)
         close();
     m_host = host;
     m_request = request;
     m_budget.start();
-    QTimer grace;
-    grace.setSingleShot(true);
-    grace.start(closingTime);
-    awaitClose(grace);
+    if (m_socket.state() != QAbstractSocket::ConnectedState)
+        co_return;
+    m_grace.start(closingTime);
+    while (m_socket.state() == QAbstractSocket::ConnectedState && m_grace.isActive() && !m_aborted)
+        co_await m_changed;
+    m_grace.stop();
 }
 
 /// Sends the request, on a new connection where none is open; waits until it is there.
-bool HttpExchange::sendRequest()
+QCoro::Task<bool> HttpExchange::sendRequest()
 {
     m_reused = m_socket.state() == QAbstractSocket::ConnectedState;
     if (!m_reused && !m_aborted)
         m_socket.connectToHost(m_host, m_port);
     while (m_socket.state() != QAbstractSocket::ConnectedState) {
         if (timedOut())
-            return false;
+            co_return false;
         if (m_aborted) {
             m_budget.stop();
-            return false;
+            co_return false;
         }
-        waitForEvents();
+        co_await m_changed;
     }
     m_reply = {};
     QByteArray bytes;
     appendAnsi(bytes, m_request);
     m_socket.write(bytes);
     m_socket.flush();
-    return true;
+    co_return true;
 }
 
-bool HttpExchange::awaitReply()
+QCoro::Task<bool> HttpExchange::awaitReply()
 {
     while (m_socket.state() != QAbstractSocket::UnconnectedState && !m_reply.isWhole()) {
         if (timedOut())
-            return false;
+            co_return false;
         if (m_aborted)
             close();
         else
-            waitForEvents();
+            co_await m_changed;
     }
-    return true;
+    co_return true;
 }
 
-/// Waits until the device has closed the connection, at most for that time.
-void HttpExchange::awaitClose(const QTimer& time)
+/// Waits until the device has closed the connection, at most for the budget.
+QCoro::Task<> HttpExchange::awaitClose()
 {
-    while (m_socket.state() == QAbstractSocket::ConnectedState && time.isActive() && !m_aborted)
-        waitForEvents();
+    while (m_socket.state() == QAbstractSocket::ConnectedState && m_budget.isActive() && !m_aborted)
+        co_await m_changed;
 }
 
 bool HttpExchange::wasLost() const
@@ -132,15 +140,15 @@ bool HttpExchange::timedOut()
     if (m_budget.isActive())
         return false;
     close();
-    m_line(m_main.messageLine(u"M23"_s));
+    m_line(m_texts.line(u"M23"_s));
     return true;
 }
 
-void HttpExchange::pause()
+QCoro::Task<> HttpExchange::pause()
 {
     m_budget.start();
     while (m_budget.isActive() && !m_aborted)
-        waitForEvents();
+        co_await m_changed;
     m_budget.stop();
 }
 
@@ -148,13 +156,13 @@ void HttpExchange::abort()
 {
     m_aborted = true;
     close();
-    // Wakes the waiting loop where closing the socket has sent no event.
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    m_changed.wake();
 }
 
 void HttpExchange::receive()
 {
     m_reply.append(m_socket.readAll());
+    m_changed.wake();
 }
 
 void HttpExchange::failed(QAbstractSocket::SocketError error)

@@ -17,6 +17,7 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -34,10 +35,15 @@ bool isSubmenu(const QString& control)
 }
 
 /// Makes a child as small, and moves it as far, as it takes to lie inside. The main window may have been
-/// larger when its place was kept.
+/// larger when its place was kept. A child whose parts need more place than there is keeps that: the area
+/// scrolls, while what is cut off could not be reached.
 void moveInside(QMdiSubWindow& child, const QRect& area)
 {
-    child.resize(child.size().boundedTo(area.size()));
+    const QSize least = child.minimumSizeHint();
+    const int bar = child.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    const QSize room(area.width() - (least.height() > area.height() ? bar : 0),
+                     area.height() - (least.width() > area.width() ? bar : 0));
+    child.resize(child.size().boundedTo(room).expandedTo(least));
     child.move(std::clamp(child.x(), 0, std::max(0, area.width() - child.width())),
                std::clamp(child.y(), 0, std::max(0, area.height() - child.height())));
 }

@@ -22,7 +22,8 @@ namespace {
 constexpr int firstCount = 2;
 
 /// The items of the menu by which a company with phones is usually used next, and one that has none yet.
-const QStringList nextWithPhones = {u"GenConf"_s, u"Reboot"_s, u"PbGen"_s, u"PbImp"_s, u"PbExp"_s};
+const QStringList nextWithPhones = {u"GenConf"_s, u"GenStatus"_s, u"Reboot"_s,
+                                    u"PbGen"_s,   u"PbImp"_s,     u"PbExp"_s};
 const QStringList nextWithoutPhones = {u"Ranges"_s, u"Config"_s};
 
 /// An item of the menu, and the title of the window that it opens: the code of the text, and what stands for
@@ -40,6 +41,7 @@ const QList<Step>& steps()
         {u"Config"_s, u"FPARAMETERS"_s, u"Configuration"_s},
         {u"Ranges"_s, u"FRGEN"_s, u"Generation of Ranges"_s},
         {u"GenConf"_s, u"FGENERATE"_s, u"Generation of Parameter Files"_s},
+        {u"GenStatus"_s, u"FSTATUS"_s, u"Status of Phones"_s},
         {u"Reboot"_s, u"FREBOOT"_s, u"Reboot of Phones"_s},
         {u"PbGen"_s, u"FPBGEN"_s, u"Generation of the Phone Book"_s},
         {u"PbImp"_s, u"FPBIMP"_s, u"Import of the Phone Book"_s},

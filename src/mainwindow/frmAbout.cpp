@@ -51,6 +51,8 @@ frmAbout::frmAbout(MMain& main)
     layout->addStretch();
     layout->addLayout(buttons);
     setMinimumSize(380, 200);
+    // Return closes the window that has just been opened.
+    setTabOrder(ok, systemInfo);
 
     translateCaptions(main, *this);
     setWindowTitle(u"À propos de Velmora"_s);

@@ -142,6 +142,7 @@ frmBrowser::frmBrowser(MMain& main)
     layout->addWidget(m_page, 1);
     translateCaptions(m_main, *this);
     m_caption = windowTitle();
+    m_page->setAccessibleName(m_caption);
     m_timer.setInterval(captionInterval);
     connect(&m_timer, &QTimer::timeout, this, &frmBrowser::showCaption);
     connect(m_page, &QTextBrowser::anchorClicked, this,

@@ -16,6 +16,7 @@ const QList<MenuItem>& menuItems()
         {u"Config"_s, u"Configure"_s, {}},
         {u"Generate"_s, u"Generate"_s, {}},
         {u"GenConf"_s, u"Parameters Files"_s, u"Generate"_s},
+        {u"GenStatus"_s, u"Status of Phones"_s, u"Generate"_s},
         {u"PhoneBook"_s, u"Phone Book"_s, {}},
         {u"PbGen"_s, u"Generate"_s, u"PhoneBook"_s},
         {u"PbImp"_s, u"Import"_s, u"PhoneBook"_s},

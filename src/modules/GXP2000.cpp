@@ -1,5 +1,7 @@
 #include "modules/GXP2000.h"
 
+#include "files/ansi.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -11,6 +13,8 @@ namespace {
 
 constexpr qsizetype headerSize = 16;
 constexpr qsizetype addressPosition = 6;
+constexpr QByteArrayView endOfHeader("\r\n\r\n");
+constexpr QByteArrayView endOfParameters("&gnkey=7c3e");
 
 DeviceFileNames names(const Phone& phone, const Levels& levels)
 {
@@ -18,6 +22,11 @@ DeviceFileNames names(const Phone& phone, const Levels& levels)
         return {"cfg"_L1 + phone.mac, sourceCopyName(phone)};
     const QString name = templateBaseName(phone, levels) + ".txt"_L1;
     return {name, name};
+}
+
+std::uint32_t wordAt(const QByteArray& image, qsizetype position)
+{
+    return static_cast<std::uint8_t>(image[position]) * 256U + static_cast<std::uint8_t>(image[position + 1]);
 }
 
 void setWord(QByteArray& image, qsizetype position, std::uint32_t word)
@@ -36,7 +45,7 @@ DeviceFile startImage(const Phone& phone)
         image.bytes +=
             static_cast<char>(HexDec(pair, [&](QChar character) { image.rejectedDigits += character; }));
     }
-    image.bytes += "\r\n\r\n";
+    image.bytes += endOfHeader;
     return image;
 }
 
@@ -65,7 +74,7 @@ void appendParameters(DeviceFile& image, const Pieces& pieces)
         image.noteLoss(**piece);
     }
     image.bytes.truncate(end - start);
-    image.bytes += "&gnkey=7c3e";
+    image.bytes += endOfParameters;
 }
 
 /// What the words of the image lack to a sum of 0, once the length, still 0, is filled in.
@@ -73,8 +82,7 @@ std::uint32_t checksum(const QByteArray& image)
 {
     std::uint32_t sum = 0;
     for (qsizetype position = 0; position < image.size(); position += 2)
-        sum += 65535 - (static_cast<std::uint8_t>(image[position]) * 256U +
-                        static_cast<std::uint8_t>(image[position + 1]));
+        sum += 65535 - wordAt(image, position);
     return sum % 65536;
 }
 
@@ -93,9 +101,70 @@ DeviceFile device(const Phone& phone, const Pieces& pieces)
     return image;
 }
 
+/// The sum of the words of an image of even length, modulo 65536.
+std::uint32_t sumOfWords(const QByteArray& image)
+{
+    std::uint32_t sum = 0;
+    for (qsizetype position = 0; position < image.size(); position += 2)
+        sum += wordAt(image, position);
+    return sum % 65536;
+}
+
+/// Where the parameters of an image begin; -1 where there is no end of a header. The usual place comes first,
+/// since an address may look like that end.
+qsizetype parametersPosition(const QByteArray& image)
+{
+    if (image.sliced(headerSize - endOfHeader.size()).startsWith(endOfHeader))
+        return headerSize;
+    const qsizetype end = image.indexOf(endOfHeader, addressPosition);
+    return end < 0 ? -1 : end + endOfHeader.size();
+}
+
+/// Whether a piece between two "&" is a parameter: "P", a code, "=".
+bool isParameter(const QByteArray& piece)
+{
+    return piece.startsWith('P') && piece.indexOf('=') > 1;
+}
+
+/// The parameters of the text between header and key; nothing where it does not begin with one.
+std::optional<QMap<QString, QString>> parametersIn(const QByteArray& text)
+{
+    QMap<QString, QString> values;
+    QString code;
+    // What follows a longer header begins with "&".
+    for (const QByteArray& piece : (text.startsWith('&') ? text.sliced(1) : text).split('&')) {
+        const qsizetype equals = piece.indexOf('=');
+        if (isParameter(piece))
+            values[code = decodeAnsi(piece.sliced(1, equals - 1))] = decodeAnsi(piece.sliced(equals + 1));
+        else if (code.isEmpty())
+            return std::nullopt;
+        else
+            values[code] += u'&' + decodeAnsi(piece);
+    }
+    return values;
+}
+
 } // namespace
 
 const Writer GXP2000 = {names, devicePiece, sourcePiece, device, joined};
+
+FileContents readGXP2000(const QByteArray& bytes)
+{
+    if (bytes.size() < headerSize || wordAt(bytes, 0) != 0)
+        return {{}, Unreadable::Foreign};
+    const qsizetype begin = parametersPosition(bytes);
+    if (begin < 0)
+        return {{}, Unreadable::Foreign};
+    if (wordAt(bytes, 2) * 2 != bytes.size())
+        return {{}, Unreadable::CutOff};
+    if (sumOfWords(bytes) != 0)
+        return {{}, Unreadable::WrongChecksum};
+    const qsizetype end = bytes.lastIndexOf(endOfParameters);
+    if (end < begin || bytes.size() - end > endOfParameters.size() + 1)
+        return {{}, Unreadable::Foreign};
+    const auto values = parametersIn(bytes.sliced(begin, end - begin));
+    return values ? FileContents{*values, {}} : FileContents{{}, Unreadable::Foreign};
+}
 
 std::int32_t HexDec(QStringView text, const std::function<void(QChar)>& rejected)
 {

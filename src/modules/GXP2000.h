@@ -1,6 +1,7 @@
 // The byte image of the GXP2000.
 #pragma once
 
+#include "modules/reader.h"
 #include "modules/writer.h"
 
 #include <cstdint>
@@ -20,6 +21,9 @@ namespace velmora {
 ///
 /// The source copy holds, in ascending order, a "# description" and a "Pcode = value" line for each.
 extern const Writer GXP2000;
+
+/// Reads such an image. A piece between two "&" that is no parameter belongs to the value before it.
+FileContents readGXP2000(const QByteArray& bytes);
 
 /// The largest image, in bytes.
 constexpr qsizetype largestImage = 32768;

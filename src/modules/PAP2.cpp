@@ -1,10 +1,17 @@
 #include "modules/PAP2.h"
 
+#include "files/ansi.h"
+
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
 namespace {
+
+constexpr QByteArrayView startTag("<flat-profile>\r\n");
+constexpr QByteArrayView endTag("</flat-profile>\r\n");
+/// No parameter has a longer code.
+constexpr qsizetype longestCode = 255;
 
 DeviceFileNames names(const Phone& phone, const Levels& levels)
 {
@@ -31,7 +38,7 @@ Piece sourcePiece(const Parameter& parameter)
 DeviceFile source(const Pieces& pieces)
 {
     DeviceFile profile = joined(pieces);
-    profile.bytes = "<flat-profile>\r\n" + profile.bytes + "</flat-profile>\r\n";
+    profile.bytes = startTag.toByteArray() + profile.bytes + endTag.toByteArray();
     return profile;
 }
 
@@ -40,8 +47,40 @@ DeviceFile device(const Phone&, const Pieces& pieces)
     return source(pieces);
 }
 
+/// The elements of a profile, without its outer tags; nothing where there is something else.
+std::optional<QMap<QString, QString>> elementsIn(const QByteArray& text)
+{
+    QMap<QString, QString> values;
+    for (qsizetype begin = 0; begin < text.size();) {
+        const qsizetype codeEnd = text.indexOf('>', begin);
+        if (text[begin] != '<' || codeEnd < begin + 2 || codeEnd - begin > longestCode)
+            return std::nullopt;
+        const QByteArray code = text.sliced(begin + 1, codeEnd - begin - 1);
+        const QByteArray close = "</" + code + ">\r\n";
+        // Only at the end or before another element: a value may hold all but that.
+        const qsizetype next = text.indexOf(QByteArray(close + '<'), codeEnd + 1);
+        const qsizetype valueEnd = next >= 0 ? next : text.size() - close.size();
+        if (valueEnd <= codeEnd || (next < 0 && !text.endsWith(close)))
+            return std::nullopt;
+        values[decodeAnsi(code)] = decodeAnsi(text.sliced(codeEnd + 1, valueEnd - codeEnd - 1));
+        begin = valueEnd + close.size();
+    }
+    return values;
+}
+
 } // namespace
 
 const Writer PAP2 = {names, devicePiece, sourcePiece, device, source};
+
+FileContents readPAP2(const QByteArray& bytes)
+{
+    if (!bytes.startsWith(startTag))
+        return {{}, Unreadable::Foreign};
+    if (bytes.size() < startTag.size() + endTag.size() || !bytes.endsWith(endTag))
+        return {{}, Unreadable::CutOff};
+    const auto values =
+        elementsIn(bytes.sliced(startTag.size(), bytes.size() - startTag.size() - endTag.size()));
+    return values ? FileContents{*values, {}} : FileContents{{}, Unreadable::Foreign};
+}
 
 } // namespace velmora

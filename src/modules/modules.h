@@ -1,6 +1,7 @@
 // The modules: what Velmora can do for the phones of a model. This is the one place that names all of it.
 #pragma once
 
+#include "modules/reader.h"
 #include "modules/reboot_procedures.h"
 #include "modules/writer.h"
 
@@ -13,8 +14,8 @@ struct Restart {
     /// The sub-codes of the model's system rows that name the parameters with the device's address, whose
     /// values are joined with ".".
     QStringList addressKeys;
-    RebootOutcome (*procedure)(const RebootProcedures& procedures, const QString& address,
-                               const QString& password, bool waitIfBusy);
+    QCoro::Task<RebootOutcome> (*procedure)(const RebootProcedures& procedures, const QString& address,
+                                            const QString& password, bool waitIfBusy);
     /// Whether such a phone makes a run go on that a model without a module had stopped.
     bool forgetsStop = false;
 };
@@ -24,6 +25,8 @@ struct Module {
     QString name;
     /// Null for phones that load no file.
     const Writer* writer;
+    /// Reads what the writer writes; null where there is none.
+    Reader reader;
     /// Nothing for phones that are not restarted through their web servers.
     std::optional<Restart> restart;
 };

@@ -1,96 +1,105 @@
 #include "modules/reboot_procedures.h"
 
-#include "common/MMain.h"
+#include "common/texts/message_texts.h"
 #include "http/http_exchange.h"
 #include "modules/reboot_requests.h"
-
-#include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-RebootProcedures::RebootProcedures(MMain& main, HttpExchange& device, const RunReport& report)
-    : m_main(main), m_device(device), m_report(report)
+RebootProcedures::RebootProcedures(const Phone& phone, HttpExchange& device, const MessageTexts& texts,
+                                   const RunReport& report)
+    : m_phone(phone), m_device(device), m_texts(texts), m_report(report)
 {
 }
 
-RebootOutcome RebootProcedures::RebootGXP2000(const QString& address, const QString& password,
-                                              bool waitIfBusy) const
+const QStringList& RebootProcedures::messages()
+{
+    static const QStringList all = {u"M15"_s, u"M21"_s, u"M22"_s, u"M23"_s, u"M213"_s, u"M246"_s, u"M247"_s};
+    return all;
+}
+
+QCoro::Task<RebootOutcome> RebootProcedures::RebootGXP2000(QString address, QString password,
+                                                           bool waitIfBusy) const
 {
     announce(u"GXP2000"_s, address);
     for (;;) {
-        if (!m_device.GetHttp(address, busyProbe(address)))
-            return unanswered();
+        const bool probed = co_await m_device.GetHttp(address, busyProbe(address));
+        if (!probed)
+            co_return unanswered();
         if (!m_device.reply().contains("device is busy"_L1))
             break;
         report(u"M21"_s);
         if (!waitIfBusy)
-            return RebootOutcome::Refused;
-        m_device.pause();
+            co_return RebootOutcome::Refused;
+        co_await m_device.pause();
     }
-    if (!m_device.GetHttp(address, loginRequest(address, password)))
-        return unanswered();
+    const bool loggedIn = co_await m_device.GetHttp(address, loginRequest(address, password));
+    if (!loggedIn)
+        co_return unanswered();
     const std::optional<QString> cookie = cookieOf(m_device.reply());
     if (!cookie)
-        return reported(u"M22"_s, RebootOutcome::Refused);
-    if (!m_device.GetHttp(address, restartRequest(address, *cookie)))
-        return unanswered();
-    return concluded(u"M15"_s, isSuccess(m_device.reply()));
+        co_return reported(u"M22"_s, RebootOutcome::Refused);
+    const bool asked = co_await m_device.GetHttp(address, restartRequest(address, *cookie));
+    if (!asked)
+        co_return unanswered();
+    co_return concluded(u"M15"_s, isSuccess(m_device.reply()));
 }
 
-RebootOutcome RebootProcedures::RebootPAP2(const QString& address, const QString& password) const
+QCoro::Task<RebootOutcome> RebootProcedures::RebootPAP2(QString address, QString password) const
 {
     announce(u"PAP2"_s, address);
-    if (!m_device.GetHttp(address, adminRebootRequest(address)))
-        return unanswered();
+    const bool asked = co_await m_device.GetHttp(address, adminRebootRequest(address));
+    if (!asked)
+        co_return unanswered();
     std::optional<DigestChallenge> challenge = digestChallengeOf(m_device.reply());
     // A device that asks for no credentials has restarted already.
     if (!challenge)
-        return concluded(u"M15"_s, isSuccess(m_device.reply()));
-    const auto answer = [&] {
-        const QString authorization = digestAuthorization(*challenge, password);
-        return m_device.GetHttp(address, adminRebootRequest(address, authorization));
-    };
-    if (!answer())
-        return unanswered();
+        co_return concluded(u"M15"_s, isSuccess(m_device.reply()));
     // Where only the nonce has grown old, the new one is answered; that is done once.
-    challenge = digestChallengeOf(m_device.reply());
-    if (statusOf(m_device.reply()) == 401 && challenge && challenge->stale && !answer())
-        return unanswered();
+    for (int answers = 1;; ++answers) {
+        const QString authorization = digestAuthorization(*challenge, password);
+        const bool answered = co_await m_device.GetHttp(address, adminRebootRequest(address, authorization));
+        if (!answered)
+            co_return unanswered();
+        if (answers == 2 || statusOf(m_device.reply()) != 401)
+            break;
+        challenge = digestChallengeOf(m_device.reply());
+        if (!challenge || !challenge->stale)
+            break;
+    }
     const bool accepted = m_device.reply().mid(9, 3) == "200"_L1;
-    return concluded(accepted ? u"M15"_s : u"M22"_s, accepted && isSuccess(m_device.reply()));
+    co_return concluded(accepted ? u"M15"_s : u"M22"_s, accepted && isSuccess(m_device.reply()));
 }
 
-RebootOutcome RebootProcedures::RebootF1000(const QString& address, const QString& password) const
+QCoro::Task<RebootOutcome> RebootProcedures::RebootF1000(QString address, QString password) const
 {
     announce(u"F1000"_s, address);
-    if (!m_device.GetHttp(address, adminPageRequest(address, password)))
-        return unanswered();
-    const bool sent = m_device.PostHttp(address, rebootForm(address, password));
+    const bool shown = co_await m_device.GetHttp(address, adminPageRequest(address, password));
+    if (!shown)
+        co_return unanswered();
+    const bool sent = co_await m_device.PostHttp(address, rebootForm(address, password));
     report(u"M15"_s);
     if (!sent)
-        return unanswered();
-    const bool answered = m_device.finishPost();
+        co_return unanswered();
+    const bool answered = co_await m_device.finishPost();
     if (m_device.isAborted())
-        return RebootOutcome::LeftOut;
+        co_return RebootOutcome::LeftOut;
     if (isSuccess(m_device.reply()))
-        return RebootOutcome::Rebooted;
+        co_return RebootOutcome::Rebooted;
     explain();
-    return answered ? RebootOutcome::Refused : RebootOutcome::Unreachable;
+    co_return answered ? RebootOutcome::Refused : RebootOutcome::Unreachable;
 }
 
 void RebootProcedures::announce(const QString& model, const QString& address) const
 {
-    const Phone phone = m_main.currentPhone();
-    m_report.line(model + u' ' + address + " - "_L1 + phone.code + " - "_L1 + phone.description);
-    QCoreApplication::processEvents();
+    m_report.line(model + u' ' + address + " - "_L1 + describe(m_phone));
 }
 
 void RebootProcedures::report(const QString& message, const QString& substitution) const
 {
-    m_report.tell({m_main.messageLine(message, substitution), message != "M15"_L1});
-    QCoreApplication::processEvents();
+    m_report.tell({m_texts.line(message, substitution), message != "M15"_L1});
 }
 
 RebootOutcome RebootProcedures::reported(const QString& message, RebootOutcome outcome) const

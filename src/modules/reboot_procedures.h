@@ -1,12 +1,16 @@
 // How each model is made to restart.
 #pragma once
 
+#include "common/phone.h"
+#include "runs/coroutines.h"
 #include "runs/run_report.h"
+
+#include <QStringList>
 
 namespace velmora {
 
 class HttpExchange;
-class MMain;
+class MessageTexts;
 
 /// What became of a phone.
 enum class RebootOutcome {
@@ -20,17 +24,22 @@ enum class RebootOutcome {
     LeftOut,
 };
 
-/// The current phone's restart, by model. Each procedure begins with a line that names the phone, and reports
-/// what came of its exchanges as lines, with one more where the phone does not say that it restarts. They
-/// throw std::invalid_argument when a reply lacks the end of a value that is needed, and DatabaseError.
+/// One phone's restart, by model. Each procedure begins with a line that names the phone, and reports what
+/// came of its exchanges as lines, with one more where the phone does not say that it restarts. No line holds
+/// the password. They throw std::invalid_argument when a reply lacks the end of a value that is needed.
 class RebootProcedures {
 public:
-    RebootProcedures(MMain& main, HttpExchange& device, const RunReport& report);
+    /// All of these must live until the procedure has ended; `texts` holds messages().
+    RebootProcedures(const Phone& phone, HttpExchange& device, const MessageTexts& texts,
+                     const RunReport& report);
+
+    /// The codes of all that a visit can say.
+    static const QStringList& messages();
 
     /// A device that is busy is left alone, or asked again every five seconds.
-    RebootOutcome RebootGXP2000(const QString& address, const QString& password, bool waitIfBusy) const;
-    RebootOutcome RebootPAP2(const QString& address, const QString& password) const;
-    RebootOutcome RebootF1000(const QString& address, const QString& password) const;
+    QCoro::Task<RebootOutcome> RebootGXP2000(QString address, QString password, bool waitIfBusy) const;
+    QCoro::Task<RebootOutcome> RebootPAP2(QString address, QString password) const;
+    QCoro::Task<RebootOutcome> RebootF1000(QString address, QString password) const;
 
 private:
     void announce(const QString& model, const QString& address) const;
@@ -40,8 +49,9 @@ private:
     void explain() const;
     RebootOutcome unanswered() const;
 
-    MMain& m_main;
+    const Phone& m_phone;
     HttpExchange& m_device;
+    const MessageTexts& m_texts;
     const RunReport& m_report;
 };
 

@@ -2,9 +2,10 @@
 
 #include "files/ansi.h"
 
-#include <QStringList>
+#include <QStringView>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -22,11 +23,11 @@ QString textOf(const QByteArray& file)
 /// The lines of a text, one by one.
 class Lines {
 public:
-    explicit Lines(const QString& text) : m_lines(text.split(u'\n'))
+    explicit Lines(QString text) : m_text(std::move(text)), m_lines(QStringView(m_text).split(u'\n'))
     {
         if (m_lines.last().isEmpty())
             m_lines.removeLast(); // the end of the line before
-        for (QString& line : m_lines)
+        for (QStringView& line : m_lines)
             if (line.endsWith(u'\r'))
                 line.chop(1);
     }
@@ -35,23 +36,24 @@ public:
     bool hold(QLatin1StringView text) const
     {
         return std::any_of(m_lines.begin(), m_lines.end(),
-                           [text](const QString& line) { return line.startsWith(text); });
+                           [text](QStringView line) { return line.startsWith(text); });
     }
     /// Whether the last line has been read.
     bool atEnd() const { return m_read == m_lines.size(); }
     /// The number of the line that was read last.
     qsizetype number() const { return m_read; }
     /// The next line; an empty text behind the last one.
-    QString next() { return atEnd() ? QString() : m_lines[m_read++]; }
+    QStringView next() { return atEnd() ? QStringView() : m_lines[m_read++]; }
     /// What stands after `key` in the next line; nothing when it does not begin so.
-    std::optional<QString> nextValue(QLatin1StringView key)
+    std::optional<QStringView> nextValue(QLatin1StringView key)
     {
-        const QString line = next();
+        const QStringView line = next();
         return line.startsWith(key) ? std::optional(line.sliced(key.size())) : std::nullopt;
     }
 
 private:
-    QStringList m_lines;
+    const QString m_text;
+    QList<QStringView> m_lines;
     qsizetype m_read = 0;
 };
 
@@ -63,8 +65,8 @@ ConfUser readUser(Lines& lines)
     const auto surname = name ? lines.nextValue("Surname="_L1) : std::nullopt;
     const auto extension = surname ? lines.nextValue("Extension="_L1) : std::nullopt;
     if (extension) {
-        user.name = *name + u' ' + *surname + u' ';
-        user.extension = *extension;
+        user.name = u"%1 %2 "_s.arg(*name, *surname);
+        user.extension = extension->toString();
     }
     return user;
 }
@@ -77,7 +79,7 @@ std::optional<QList<ConfUser>> readConfUsers(const QByteArray& file)
     if (!lines.hold("[User"_L1))
         return std::nullopt;
     QList<ConfUser> users;
-    QString line = lines.next();
+    QStringView line = lines.next();
     if (line.startsWith("[Users]"_L1))
         line = lines.next();
     for (; !lines.atEnd(); line = lines.next()) {

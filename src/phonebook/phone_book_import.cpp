@@ -2,15 +2,15 @@
 
 #include "common/MMain.h"
 #include "common/texts/refusal.h"
-#include "database/savepoint.h"
 #include "database/transaction.h"
 #include "files/stored_path.h"
 #include "files/whole_file.h"
-#include "phonebook/conf_users.h"
+#include "phonebook/book_writer.h"
 
 #include <QFileInfo>
 #include <QHash>
 
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -19,22 +19,8 @@ namespace velmora {
 
 namespace {
 
-QString quoted(QString text)
-{
-    return u'\'' + text.replace(u'\'', "''"_L1) + u'\'';
-}
-
-/// The text that a quoted literal with `text` between its quotes stands for.
-QString asStored(QString text)
-{
-    return text.replace("''"_L1, "'"_L1);
-}
-
-/// Whether `text` ends the quoted literal that it is put into, and goes on as a part of the statement.
-bool leavesItsQuotes(QString text)
-{
-    return text.remove("''"_L1).contains(u'\'');
-}
+/// How many entries are held back, to be written together.
+constexpr qsizetype entriesAtOnce = 1024;
 
 /// One import, inside its transaction.
 class Import {
@@ -44,9 +30,8 @@ public:
     /// REQUIRES: its transaction has begun.
     void begin()
     {
+        m_book = std::make_unique<BookWriter>(m_main);
         execute(u"UPDATE PHONE_BOOK SET BK_FLAG = 'W' WHERE BK_FLAG = 'V'"_s);
-        const qsizetype further = m_main.connection.columns(u"PHONE_BOOK"_s).size() - 4;
-        m_furtherColumns = u",''"_s.repeated(further);
         // An entry is looked up by its number over all companies, for which the table has no index.
         Cursor rows =
             m_main.connection.cursor(u"SELECT BK_NUM, BK_FLAG, CO_CODE FROM PHONE_BOOK ORDER BY CO_CODE"_s);
@@ -62,26 +47,33 @@ public:
     /// Takes an entry of the file over. One that the database refuses is noted, and the others go on.
     void apply(const ConfUser& user, const QString& company)
     {
-        try {
-            const QString outcome = takeOver(user, company);
-            m_lines << RunLine{user.extension + " - "_L1 + user.name + " - "_L1 + outcome};
-        } catch (const DatabaseError& error) {
-            if (error.reason() == DatabaseError::Reason::ConnectionLost ||
-                error.reason() == DatabaseError::Reason::TransactionLost)
-                throw;
-            ++m_counts.refused;
-            m_refused << asStored(user.extension);
-            m_lines << RunLine{m_main.messageLine(u"M220"_s, QString::number(user.line)) + ": "_L1 +
-                                   user.extension + " - "_L1 + user.name + " - "_L1 + reasonOf(user, error),
-                               true};
+        Entry& entry = m_entries[asStored(user.extension)];
+        // What becomes of an entry depends on what has become of the one before it with its number.
+        if (m_changes.size() == entriesAtOnce || entry.piece == m_piece)
+            write();
+        const bool isNew = entry.companies.isEmpty();
+        if (!isNew && entry.flag != "W"_L1) {
+            ++m_counts.ignored;
+            tell(user, u"Ignored, Hidden or Manual"_s);
+            return;
         }
+        if (isNew)
+            entry.companies << company;
+        entry.flag = u"V"_s;
+        entry.piece = m_piece;
+        m_changes << BookChange{user, entry.companies, isNew};
+        m_places << m_lines.size();
+        ++(isNew ? m_counts.added : m_counts.updated);
+        tell(user, isNew ? u"Added"_s : u"Updated"_s);
     }
 
-    /// Imported entries that the file no longer holds become hidden.
-    void hideTheRest()
+    /// The end: imported entries that the file no longer holds become hidden.
+    void finish()
     {
+        write();
         keepTheRefused();
         m_counts.hidden = execute(u"UPDATE PHONE_BOOK SET BK_FLAG = 'H' WHERE BK_FLAG = 'W'"_s);
+        m_book.reset();
     }
 
     const ImportCounts& counts() const { return m_counts; }
@@ -91,70 +83,49 @@ public:
     bool hasHiddenMost() const { return m_counts.hidden * 2 > m_waiting; }
 
 private:
-    /// What the table holds under a number.
+    /// What the table holds under a number, once the changes are written that are held back.
     struct Entry {
         /// The flag in the first company that has the number.
         QString flag;
         QStringList companies;
+        /// The piece of the changes that the last one was in.
+        qsizetype piece = -1;
     };
 
-    QString takeOver(const ConfUser& user, const QString& company)
+    void tell(const ConfUser& user, const QString& outcome)
     {
+        m_lines << RunLine{user.extension + " - "_L1 + user.name + " - "_L1 + outcome};
+    }
+
+    /// Writes the changes that are held back.
+    void write()
+    {
+        for (const RowInserter::Refusal& refusal : m_book->write(m_changes))
+            refuse(m_changes[refusal.row], m_places[refusal.row], refusal.error);
+        m_changes.clear();
+        m_places.clear();
+        ++m_piece;
+    }
+
+    void refuse(const BookChange& change, qsizetype line, const DatabaseError& error)
+    {
+        const ConfUser& user = change.user;
         const QString number = asStored(user.extension);
-        const auto entry = m_entries.find(number);
-        if (entry == m_entries.end()) {
-            execute("INSERT INTO PHONE_BOOK VALUES('"_L1 + company + "', '"_L1 + user.extension + "', '"_L1 +
-                        user.name + "', 'V'"_L1 + m_furtherColumns + u')',
-                    user, {company});
-            m_entries.insert(number, {u"V"_s, {company}});
-            ++m_counts.added;
-            return u"Added"_s;
-        }
-        if (entry->flag != "W"_L1) {
-            ++m_counts.ignored;
-            return u"Ignored, Hidden or Manual"_s;
-        }
-        // The companies are named for the sake of the primary key: every row of the number has one of them.
-        QStringList quotedCompanies;
-        for (const QString& holder : std::as_const(entry->companies))
-            quotedCompanies << quoted(holder);
-        execute("UPDATE PHONE_BOOK SET BK_NAME = '"_L1 + user.name + "', BK_FLAG = 'V' WHERE BK_NUM = '"_L1 +
-                    user.extension + "' AND CO_CODE IN ("_L1 + quotedCompanies.join(", "_L1) + u')',
-                user, entry->companies);
-        entry->flag = u"V"_s;
-        ++m_counts.updated;
-        return u"Updated"_s;
-    }
-
-    /// Runs the statement that takes an entry over in some companies. The file's text stands in it as it is:
-    /// one that leaves its quotes may do anything to the table, so that it counts only when the entry's rows,
-    /// and no others, have become what the file says. Else it is undone and refused.
-    void execute(const QString& statement, const ConfUser& user, const QStringList& companies)
-    {
-        if (!leavesItsQuotes(user.extension) && !leavesItsQuotes(user.name)) {
-            execute(statement);
-            return;
-        }
-        Savepoint savepoint(m_main.connection);
-        if (execute(statement) != companies.size() || !holds(user, companies))
-            throw DatabaseError(statement, {});
-        savepoint.keep();
-    }
-
-    bool holds(const ConfUser& user, const QStringList& companies)
-    {
-        const Recordset rows = m_main.connection.select(
-            "SELECT COUNT(*) FROM PHONE_BOOK WHERE BK_NUM = ? AND BK_NAME = ? AND BK_FLAG = 'V' AND CO_CODE "
-            "IN ("_L1 +
-                QStringList(companies.size(), u"?"_s).join(u',') + u')',
-            QStringList{asStored(user.extension), asStored(user.name)} + companies);
-        return rows.text(0).toLongLong() == companies.size();
+        --(change.isNew ? m_counts.added : m_counts.updated);
+        ++m_counts.refused;
+        Entry& entry = m_entries[number];
+        entry.flag = u"W"_s;
+        if (change.isNew)
+            entry.companies.clear();
+        m_refused << number;
+        m_lines[line] = {m_main.messageLine(u"M220"_s, QString::number(user.line)) + ": "_L1 +
+                             user.extension + " - "_L1 + user.name + " - "_L1 + reasonOf(user, error),
+                         true};
     }
 
     QString reasonOf(const ConfUser& user, const DatabaseError& error)
     {
-        return leavesItsQuotes(user.extension) || leavesItsQuotes(user.name) ? m_main.messageLine(u"M263"_s)
-                                                                             : refusalReason(m_main, error);
+        return leavesItsQuotes(user) ? m_main.messageLine(u"M263"_s) : refusalReason(m_main, error);
     }
 
     /// The entries that were refused are in the file, and so are not to be hidden.
@@ -174,12 +145,16 @@ private:
     }
 
     MMain& m_main;
-    QString m_furtherColumns;
+    std::unique_ptr<BookWriter> m_book;
     QHash<QString, Entry> m_entries;
     /// How many entries of earlier imports wait to be met.
     qsizetype m_waiting = 0;
     ImportCounts m_counts;
     QList<RunLine> m_lines;
+    /// The changes that are held back, the places of their lines, and which piece of all they are.
+    QList<BookChange> m_changes;
+    QList<qsizetype> m_places;
+    qsizetype m_piece = 0;
     /// The numbers of the entries that were refused.
     QStringList m_refused;
 };
@@ -210,7 +185,7 @@ bool run(MMain& main, Import& import, const QList<ConfUser>& users, const RunRep
         }
         import.apply(users[place], company);
     }
-    import.hideTheRest();
+    import.finish();
     transaction.commit();
     return true;
 }

@@ -21,9 +21,9 @@ FRgen::FRgen(MMain& main)
       m_removeCaption(main.textOr(u"FRGEN_REMOVE"_s, m_addCaption))
 {
     addInput(createForm());
+    makeSearchable(*m_company);
     for (const ListEntry& company : companies(m_main))
         m_company->addItem(company.text());
-    makeSearchable(*m_company);
     chooseLastCompany(m_main, *m_company);
     connect(m_company, &QComboBox::activated, this, &FRgen::chooseCompany);
     connect(m_from, &QLineEdit::textChanged, this, &FRgen::enableStart);

@@ -2,11 +2,15 @@
 
 #include "common/MMain.h"
 #include "common/texts/refusal.h"
+#include "database/bulk/halves.h"
+#include "database/bulk/row_inserter.h"
 #include "database/transaction.h"
+
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -59,79 +63,127 @@ private:
     /// Treats some of the codes, as far as the run is not stopped, in one transaction; returns how many.
     qint64 treatSome(qint64 first, qint64 done, qint64 total)
     {
-        m_lines.clear();
-        const qint64 wanted = std::min(codesTogether, total - done);
-        qint64 treated = 0;
         Transaction transaction(m_main.connection);
-        for (; treated < wanted; ++treated) {
-            m_report.progress(done + treated, total);
-            if (m_main.stopFlag)
-                break;
-            treat(QString::number(first + done + treated));
-        }
+        const QStringList codes = nextCodes(first, done, total);
+        const QHash<QString, RunLine> outcomes = m_request.remove ? remove(codes) : add(codes);
         transaction.commit();
         // Not before: until then nothing of it has happened.
-        for (const RunLine& line : std::as_const(m_lines))
-            m_report.tell(line);
-        return treated;
-    }
-
-    void treat(const QString& code)
-    {
-        m_lines << RunLine{QString(m_code).replace("$$"_L1, code)};
-        if (m_request.remove)
-            remove(code);
-        else
-            add(code);
-    }
-
-    void remove(const QString& code)
-    {
-        if (!rowOf(u"RANGES"_s, code))
-            return;
-        if (const auto refusal = refusalOf("DELETE FROM RANGES"_L1 + condition(code)); !refusal)
-            m_lines << RunLine{m_removed};
-    }
-
-    void add(const QString& code)
-    {
-        if (rowOf(u"PHONES"_s, code)) {
-            m_lines << RunLine{m_notAdded};
-            return;
+        for (const QString& code : codes) {
+            m_report.tell({QString(m_code).replace("$$"_L1, code)});
+            if (const auto outcome = outcomes.constFind(code); outcome != outcomes.constEnd())
+                m_report.tell(*outcome);
         }
-        const auto refusal =
-            refusalOf("INSERT INTO RANGES VALUES('"_L1 + m_request.company + "', '"_L1 + code + "')"_L1);
-        if (!refusal)
-            m_lines << RunLine{m_added};
-        else if (refusal->reason() == DatabaseError::Reason::DuplicateKey)
-            m_lines << RunLine{m_notAdded};
-        else
-            m_lines << RunLine{m_notAdded + " - "_L1 + refusalReason(m_main, *refusal), true};
+        return codes.size();
     }
 
-    QString condition(const QString& code) const
+    QStringList nextCodes(qint64 first, qint64 done, qint64 total)
     {
-        return " WHERE CO_CODE = '"_L1 + m_request.company + "' AND PH_CODE ='"_L1 + code + u'\'';
-    }
-
-    bool rowOf(const QString& table, const QString& code)
-    {
-        return !m_main.query("SELECT * FROM "_L1 + table + condition(code)).eof();
-    }
-
-    /// Why the database refused the statement; nothing when it did not.
-    std::optional<DatabaseError> refusalOf(const QString& statement)
-    {
-        try {
-            m_main.sqlText = statement;
-            m_main.connection.execute(statement);
-            return std::nullopt;
-        } catch (const DatabaseError& error) {
-            if (error.reason() == DatabaseError::Reason::ConnectionLost ||
-                error.reason() == DatabaseError::Reason::TransactionLost)
-                throw;
-            return error;
+        QStringList codes;
+        for (; done < total && codes.size() < codesTogether; ++done) {
+            m_report.progress(done, total);
+            if (m_main.stopFlag)
+                break;
+            codes << QString::number(first + done);
         }
+        return codes;
+    }
+
+    /// Removes those that the range holds; the outcomes of these.
+    QHash<QString, RunLine> remove(const QStringList& codes)
+    {
+        QHash<QString, RunLine> outcomes;
+        const QSet<QString> present = heldBy(u"RANGES"_s, codes);
+        const QSet<QString> used = heldBy(u"PHONES"_s, codes);
+        const auto removeSome = [&](const QStringList& some) {
+            execute("DELETE FROM RANGES"_L1 + condition(some));
+            for (const QString& code : some)
+                outcomes.insert(code, {m_removed});
+        };
+        const auto passOver = [](qsizetype, const DatabaseError&) {};
+        QStringList free;
+        for (const QString& code : codes) {
+            if (!present.contains(code))
+                continue;
+            if (used.contains(code)) // refused where the schema is ours
+                inHalves(
+                    0, 1, [&](qsizetype, qsizetype) { removeSome({code}); }, passOver);
+            else
+                free << code;
+        }
+        if (!free.isEmpty())
+            inHalves(
+                0, free.size(),
+                [&](qsizetype first, qsizetype count) { removeSome(free.sliced(first, count)); }, passOver);
+        return outcomes;
+    }
+
+    /// Adds those that neither a phone nor the range has; the outcomes of all.
+    QHash<QString, RunLine> add(const QStringList& codes)
+    {
+        QHash<QString, RunLine> outcomes;
+        const QSet<QString> taken = heldBy(u"PHONES"_s, codes) + heldBy(u"RANGES"_s, codes);
+        QStringList free;
+        for (const QString& code : codes) {
+            outcomes.insert(code, {taken.contains(code) ? m_notAdded : m_added});
+            if (!taken.contains(code))
+                free << code;
+        }
+        for (const RowInserter::Refusal& refusal : insert(free))
+            outcomes.insert(free[refusal.row], lineOf(refusal.error));
+        return outcomes;
+    }
+
+    QList<RowInserter::Refusal> insert(const QStringList& codes)
+    {
+        QList<QStringList> rows;
+        for (const QString& code : codes)
+            rows << QStringList{m_request.company, code};
+        if (!m_request.company.contains(u'\''))
+            return RowInserter(m_main.connection, u"RANGES"_s).insert(rows);
+        // It stands in the statement as it is.
+        QList<RowInserter::Refusal> refusals;
+        for (qsizetype row = 0; row < rows.size(); ++row)
+            inHalves(
+                row, 1,
+                [&](qsizetype, qsizetype) {
+                    execute("INSERT INTO RANGES VALUES('"_L1 + rows[row].join("', '"_L1) + "')"_L1);
+                },
+                [&](qsizetype, const DatabaseError& error) {
+                    refusals.append({row, error});
+                });
+        return refusals;
+    }
+
+    RunLine lineOf(const DatabaseError& refusal)
+    {
+        m_main.sqlText = refusal.statement();
+        if (refusal.reason() == DatabaseError::Reason::DuplicateKey)
+            return {m_notAdded};
+        return {m_notAdded + " - "_L1 + refusalReason(m_main, refusal), true};
+    }
+
+    /// Which of the codes stand in that table.
+    QSet<QString> heldBy(const QString& table, const QStringList& codes)
+    {
+        QSet<QString> held;
+        if (!codes.isEmpty())
+            for (Recordset rows = m_main.query("SELECT PH_CODE FROM "_L1 + table + condition(codes));
+                 !rows.eof(); rows.moveNext())
+                held << rows.text(0);
+        return held;
+    }
+
+    QString condition(const QStringList& codes) const
+    {
+        const QString company = " WHERE CO_CODE = '"_L1 + m_request.company + "' AND PH_CODE "_L1;
+        return codes.size() == 1 ? company + "='"_L1 + codes.first() + u'\''
+                                 : company + "IN ('"_L1 + codes.join("', '"_L1) + "')"_L1;
+    }
+
+    void execute(const QString& statement)
+    {
+        m_main.sqlText = statement;
+        m_main.connection.execute(statement);
     }
 
     MMain& m_main;
@@ -143,8 +195,6 @@ private:
     const QString m_notAdded;
     const QString m_added;
     const QString m_failed;
-    /// The lines about codes that are not committed yet.
-    QList<RunLine> m_lines;
 };
 
 /// The declared width of phone codes in a range.

@@ -29,7 +29,7 @@ BatchWindow::BatchWindow(MMain& main, const QString& name, const QString& title,
     setObjectName(name);
     setWindowTitle(title);
     createProgress(controls);
-    connect(m_start, &QPushButton::clicked, this, [this] { reportFailures(m_main, [this] { start(); }); });
+    connect(m_start, &QPushButton::clicked, this, &BatchWindow::startRun);
     connect(m_cancel, &QPushButton::clicked, this, &BatchWindow::cancel);
     connect(m_log, &RunLog::saved, this, &BatchWindow::showStatus);
     connect(&m_main.batch, &Batch::runningChanged, this, &BatchWindow::enableStart);
@@ -74,9 +74,9 @@ void BatchWindow::createProgress(const Controls& controls)
     m_cancel->setAutoDefault(true);
 }
 
-void BatchWindow::addInput(QWidget* input)
+void BatchWindow::addInput(QWidget* input, int stretch)
 {
-    m_layout->addWidget(input);
+    m_layout->addWidget(input, stretch);
     m_inputs << input;
 }
 
@@ -103,12 +103,19 @@ void BatchWindow::placeProgress()
 {
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_progress, 1);
+    for (QPushButton* button : m_buttons)
+        buttons->addWidget(button);
     buttons->addWidget(m_start);
     buttons->addWidget(m_cancel);
     m_layout->addWidget(m_log, 1);
     m_layout->addWidget(m_missing);
     m_layout->addWidget(m_status);
     m_layout->addLayout(buttons);
+}
+
+void BatchWindow::startRun()
+{
+    reportFailures(m_main, [this] { start(); });
 }
 
 void BatchWindow::start()
@@ -225,6 +232,7 @@ void BatchWindow::enableStart()
     const bool free = !m_running && !m_main.batch.running();
     for (QWidget* input : m_inputs)
         input->setEnabled(free);
+    enabledChanged(free);
     const QString lacking = missing();
     m_start->setEnabled(lacking.isEmpty() && free);
     // Looked up beforehand: a run can end with its database.

@@ -32,8 +32,13 @@ protected:
 
     BatchWindow(MMain& main, const QString& name, const QString& title, const Controls& controls);
 
-    /// Adds something that can't be changed while a run goes on.
-    void addInput(QWidget* input);
+    /// Adds something that can't be changed while a run goes on, and that grows with the window by `stretch`.
+    void addInput(QWidget* input, int stretch = 0);
+    /// Adds a button that starts a run of its own kind, through startRun().
+    void addButton(QPushButton* button) { m_buttons << button; }
+    void startRun();
+    /// Told whether inputs can be used: while they can't, no button must start a run.
+    virtual void enabledChanged(bool) {}
     /// To be called at the end of the constructor: translates all captions.
     void complete();
 
@@ -52,6 +57,8 @@ protected:
     /// What a run is given to report here. Window events run as often as needed to keep the window
     /// responsive.
     RunReport report();
+    /// Shows the list of lines, or leaves its place to the inputs.
+    void showLog(bool shown) { m_log->setVisible(shown); }
     void append(const RunLine& line) { m_log->append(line); }
     void showProgress(qsizetype done, qsizetype total);
     /// What is being done at the moment, beside the progress.
@@ -75,6 +82,8 @@ private:
 
     QVBoxLayout* m_layout;
     QList<QWidget*> m_inputs;
+    /// Beside the start button.
+    QList<QPushButton*> m_buttons;
     RunLog* m_log;
     /// What keeps the start button from being used.
     QLabel* m_missing;

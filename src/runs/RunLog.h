@@ -5,15 +5,18 @@
 
 #include <QCheckBox>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 
 namespace velmora {
 
+class LineDelegate;
 class MMain;
 
 /// Remarks stand out by colour and mark, and can be shown alone. All of it can be copied and saved. Below the
-/// list: `OnlyRemarks`, `CopyLog` and `SaveLog`.
+/// list: `WholeLine`, which shows a current line that is wider than the list, `OnlyRemarks`, `CopyLog` and
+/// `SaveLog`.
 class RunLog : public QWidget {
     Q_OBJECT
 
@@ -35,20 +38,23 @@ Q_SIGNALS:
 private:
     void addItems(qsizetype from);
     void refill();
-    void growTo(const QString& text);
+    int widthOf(const QString& text) const;
+    void showWhole(const QListWidgetItem* line);
     QString text() const;
     void save();
 
     MMain& m_main;
     QListWidget* m_list;
+    LineDelegate* m_delegate;
+    QPlainTextEdit* m_whole;
     QCheckBox* m_onlyRemarks;
     QPushButton* m_copy;
     QPushButton* m_save;
     QList<RunLine> m_lines;
     qsizetype m_listed = 0;
     qsizetype m_remarks = 0;
-    /// The width of the widest line so far, in pixels.
-    int m_widest = 0;
+    /// How far the list could be scrolled down before it got its present size.
+    int m_lowest = 0;
     QTimer m_showing;
 };
 

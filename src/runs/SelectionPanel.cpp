@@ -2,11 +2,14 @@
 
 #include "common/MMain.h"
 #include "windows/failure_report.h"
+#include "windows/list_height.h"
 #include "windows/wait_cursor.h"
 
 #include <QCompleter>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QListView>
+#include <QStringListModel>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +25,17 @@ int entryOf(const QComboBox& list, const QString& code)
                : list.findText(ListEntry{code, {}}.text(), Qt::MatchStartsWith | Qt::MatchCaseSensitive);
 }
 
+/// Entries in a list of that kind may be many thousands: they are one model, and neither the width nor the
+/// height of each of them is asked for.
+void prepareForMany(QComboBox& list)
+{
+    list.setModel(new QStringListModel(&list));
+    list.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    for (QAbstractItemView* view : {list.view(), list.completer()->popup()})
+        if (auto* entries = qobject_cast<QListView*>(view))
+            entries->setUniformItemSizes(true);
+}
+
 } // namespace
 
 void makeSearchable(QComboBox& list)
@@ -30,9 +44,7 @@ void makeSearchable(QComboBox& list)
     list.setInsertPolicy(QComboBox::NoInsert);
     list.completer()->setFilterMode(Qt::MatchContains);
     list.completer()->setCompletionMode(QCompleter::PopupCompletion);
-    list.setMaxVisibleItems(20);
-    list.setStyleSheet(
-        u"QComboBox { combobox-popup: 0; }"_s); // a list of that height, not one of the whole screen
+    limitHeight(list);
     QObject::connect(list.lineEdit(), &QLineEdit::editingFinished, &list, [&list] {
         if (list.findText(list.currentText(), Qt::MatchFixedString) < 0)
             list.setEditText(list.itemText(list.currentIndex()));
@@ -56,6 +68,7 @@ SelectionPanel::SelectionPanel(MMain& main, int lists, QWidget* parent) : QWidge
         filter->setEnabled(list == 1);
         filter->setMinimumContentsLength(30);
         makeSearchable(*filter);
+        prepareForMany(*filter);
         auto* label = new QLabel(captions[list - 1]);
         label->setObjectName(u"FLab_%1"_s.arg(list));
         label->setBuddy(filter);
@@ -156,9 +169,10 @@ void SelectionPanel::clear(int list)
 void SelectionPanel::fill(int list, const QList<ListEntry>& entries)
 {
     QComboBox* filter = m_filters[list - 1];
-    filter->clear();
+    QStringList texts;
     for (const ListEntry& entry : entries)
-        filter->addItem(entry.text());
+        texts << entry.text();
+    static_cast<QStringListModel*>(filter->model())->setStringList(texts);
     filter->setCurrentIndex(-1);
     filter->setEnabled(!entries.isEmpty());
 }

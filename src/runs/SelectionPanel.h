@@ -30,6 +30,8 @@ public:
     QString phoneFrom() const { return code(3); }
     QString phoneTo() const { return code(4); }
 
+    /// Chooses the company, if it is offered.
+    void chooseCompany(const QString& company) { choose(1, company); }
     /// Chooses the company and the model that were chosen last in any window, as far as they are offered.
     void chooseLast();
     /// Empties and disables the lists of phones.

@@ -1,6 +1,7 @@
 #include "startup/database_creation.h"
 
 #include "common/MMain.h"
+#include "database/bulk/row_inserter.h"
 #include "database/schema_lock.h"
 #include "database/transaction.h"
 #include "schema/tables.h"
@@ -16,17 +17,34 @@ namespace velmora {
 
 namespace {
 
-/// Copies a table row by row. Both databases have the same column order; a NULL becomes an empty text.
+/// How many rows are held in memory at once.
+constexpr qsizetype rowsAtOnce = 1024;
+
+/// The next rows; a NULL becomes an empty text.
+QList<QStringList> nextRows(Cursor& rows)
+{
+    QList<QStringList> held;
+    while (held.size() < rowsAtOnce && rows.next()) {
+        QStringList values;
+        values.reserve(rows.fieldCount());
+        for (int field = 0; field < rows.fieldCount(); ++field)
+            values << rows.text(field);
+        held << values;
+    }
+    return held;
+}
+
+/// Copies a table row by row. Both databases have the same column order.
 void copyTable(MMain& main, Connection& original, const QString& table)
 {
     Cursor rows = original.cursor("SELECT * FROM "_L1 + table);
-    while (rows.next()) {
-        main.sqlText = "INSERT INTO "_L1 + table + " VALUES('"_L1;
-        for (int field = 0; field < rows.fieldCount(); ++field)
-            main.sqlText += rows.text(field).replace(u'\'', "''"_L1) + "', '"_L1;
-        main.sqlText.chop(3);
-        main.sqlText += u')';
-        main.connection.execute(main.sqlText);
+    RowInserter inserter(main.connection, table);
+    for (QList<QStringList> held = nextRows(rows); !held.isEmpty(); held = nextRows(rows)) {
+        main.sqlText = insertStatement(table, held.last());
+        for (const RowInserter::Refusal& refusal : inserter.insert(held)) {
+            main.sqlText = refusal.error.statement();
+            throw refusal.error;
+        }
         main.prompts.letEventsRun();
     }
 }

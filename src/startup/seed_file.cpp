@@ -1,6 +1,7 @@
 #include "startup/seed_file.h"
 
 #include "common/MMain.h"
+#include "database/bulk/row_inserter.h"
 #include "database/transaction.h"
 #include "files/ansi.h"
 #include "files/file_error.h"
@@ -9,7 +10,10 @@
 #include "schema/version.h"
 
 #include <QFile>
-#include <QHash>
+
+#include <algorithm>
+#include <memory>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +22,9 @@ namespace velmora {
 namespace {
 
 constexpr auto harmlessTag = "All"_L1;
+
+/// How many rows of one table are held back, to be inserted together.
+constexpr qsizetype rowsAtOnce = 1024;
 
 /// Takes the lines of one seed file into the main database.
 class SeedLoader {
@@ -31,6 +38,8 @@ public:
                 line.chop(1);
             loadLine(line.toString().split(u';'));
         }
+        insertRows();
+        m_inserters.clear();
     }
 
     /// What to tell about the refused rows.
@@ -39,49 +48,63 @@ public:
 private:
     void loadLine(const QStringList& fields)
     {
-        if (fields[0] != harmlessTag && fields[0] != m_versionTag)
+        const bool isHarmless = fields[0] == harmlessTag;
+        if (!isHarmless && fields[0] != m_versionTag)
             return;
-        m_main.sqlText.clear();
-        try {
-            insertRow(fields);
-        } catch (const DatabaseError& error) {
-            if (error.reason() == DatabaseError::Reason::ConnectionLost ||
-                error.reason() == DatabaseError::Reason::TransactionLost)
-                throw;
-            if (fields[0] != harmlessTag)
-                m_refusals << "Error : "_L1 + m_main.sqlText + u' ' + error.description();
+        const QString table = fields.value(1);
+        if (table != m_table || m_rows.size() == rowsAtOnce)
+            insertRows();
+        m_table = table;
+        const QStringList values = fields.sliced(std::min<qsizetype>(2, fields.size()));
+        const qsizetype columns = inserter().columnCount();
+        if (values.size() >= columns) {
+            m_rows << values.first(columns);
+            m_harmless << isHarmless;
+        } else {
+            insertRows();
+            refuse(DatabaseError(insertBeginning(table, values),
+                                 u"The line holds %1 values where %2 are needed."_s.arg(
+                                     QString::number(values.size()), QString::number(columns))),
+                   isHarmless);
         }
         m_main.prompts.letEventsRun();
     }
 
-    void insertRow(const QStringList& fields)
+    /// Inserts what is held back.
+    void insertRows()
     {
-        const QString table = fields.value(1);
-        const qsizetype columns = columnCount(table);
-        m_main.sqlText = "INSERT INTO "_L1 + table + " VALUES('"_L1;
-        for (qsizetype field = 2; field <= columns + 1; ++field) {
-            if (field >= fields.size())
-                throw DatabaseError(m_main.sqlText,
-                                    u"The line holds %1 values where %2 are needed."_s.arg(
-                                        QString::number(fields.size() - 2), QString::number(columns)));
-            m_main.sqlText += QString(fields[field]).replace(u'\'', "''"_L1) + "', '"_L1;
-        }
-        m_main.sqlText.chop(3);
-        m_main.sqlText += u')';
-        m_main.connection.execute(m_main.sqlText);
+        if (m_rows.isEmpty())
+            return;
+        m_main.sqlText = insertStatement(m_table, m_rows.last());
+        for (const RowInserter::Refusal& refusal : inserter().insert(m_rows))
+            refuse(refusal.error, m_harmless[refusal.row]);
+        m_rows.clear();
+        m_harmless.clear();
     }
 
-    qsizetype columnCount(const QString& table)
+    void refuse(const DatabaseError& error, bool isHarmless)
     {
-        const auto known = m_columnCounts.constFind(table);
-        if (known != m_columnCounts.constEnd())
-            return *known;
-        return *m_columnCounts.insert(table, m_main.connection.columns(table).size());
+        m_main.sqlText = error.statement();
+        if (!isHarmless)
+            m_refusals << "Error : "_L1 + error.statement() + u' ' + error.description();
+    }
+
+    /// That of the current table.
+    RowInserter& inserter()
+    {
+        std::unique_ptr<RowInserter>& known = m_inserters[m_table];
+        if (!known)
+            known = std::make_unique<RowInserter>(m_main.connection, m_table);
+        return *known;
     }
 
     MMain& m_main;
     const QString m_versionTag = versionDigits() + u'V';
-    QHash<QString, qsizetype> m_columnCounts;
+    std::unordered_map<QString, std::unique_ptr<RowInserter>> m_inserters;
+    QString m_table;
+    /// The rows of that table that are held back, and whether the refusal of each is to be told to nobody.
+    QList<QStringList> m_rows;
+    QList<bool> m_harmless;
     QStringList m_refusals;
 };
 

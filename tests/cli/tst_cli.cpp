@@ -196,6 +196,32 @@ void tst_cli::restartsPhones()
     const Result all = run(reboot);
     QVERIFY2(all.out.endsWith("3 restarted, 1 refused, 0 unreachable\n"_L1), qPrintable(all.out));
     QCOMPARE(all.status, 1);
+
+    // Those that failed, once more: through a file, and beforehand without a connection.
+    const QString failed = m_folder->file(u"failed.txt"_s);
+    QCOMPARE(run(reboot + " --at-once 8 --failed-to "_L1 + failed).status, 1);
+    QCOMPARE(readWholeFile(failed), "115\n"_ba);
+    const Result plan = run(reboot + " --dry-run --phones @"_L1 + failed);
+    QCOMPARE(plan.out, u"115\t127.0.0.2\tPAP2\tPAP2\t\n"_s);
+    QCOMPARE(plan.status, 0);
+    QCOMPARE(run(reboot + " --phones 999"_L1).status, 1);
+    const qsizetype before = device.received().size();
+    QCOMPARE(run(reboot + " --failed-to "_L1 + m_folder->file(u"nowhere/failed.txt"_s)).status, 1);
+    QCOMPARE(device.received().size(), before); // nobody is restarted whose outcome could not be written
+    QCOMPARE(run(reboot + " --at-once 65"_L1).status, 2);
+
+    // The phone stays up; who does not wait for that is told what is not known.
+    QProcess watching;
+    start(watching, reboot + " --to 113 --confirm"_L1);
+    QByteArray out;
+    QTRY_VERIFY((out += watching.readAllStandardOutput()).contains("   Done\n"));
+    watching.terminate();
+    QVERIFY(QSignalSpy(&watching, &QProcess::finished).wait());
+    out += watching.readAllStandardOutput();
+    QVERIFY2(out.endsWith("113 - Shop Market Square: not known whether it restarted: the watch was stopped\n"
+                          "0 restarted, 0 refused, 0 unreachable, 0 not confirmed, 1 unknown\n"),
+             out.constData());
+    QCOMPARE(watching.exitCode(), 1);
 }
 
 void tst_cli::keepsPhoneBooks()

@@ -216,7 +216,7 @@ void tst_server::finishesACreationThatWasCutOff()
     working.open(folder.working());
     for (const QString& statement : creationStatements().first(5))
         working.executePortable(statement);
-    const QString lost = Start(folder, {}, killAt(800)).user.shown.value(0);
+    const QString lost = Start(folder, {}, killAt(4)).user.shown.value(0);
     QVERIFY2(lost.startsWith("Velmora can't start"_L1), qPrintable(lost));
     working.open(folder.working());
     {

@@ -107,8 +107,8 @@ void tst_factory::saysTheSameInEveryLanguage()
 void tst_factory::opensEveryControlByAKeyOfItsOwn()
 {
     for (const QString& language : {u"EN"_s, u"FR"_s})
-        for (const QString& window : {u"FGENERATE"_s, u"FRGEN"_s, u"FREBOOT"_s, u"FPBGEN"_s, u"FPBIMP"_s,
-                                      u"FPBEXP"_s, u"FPARAMETERS"_s}) {
+        for (const QString& window : {u"FGENERATE"_s, u"FRGEN"_s, u"FSTATUS"_s, u"FREBOOT"_s, u"FPBGEN"_s,
+                                      u"FPBIMP"_s, u"FPBEXP"_s, u"FPARAMETERS"_s}) {
             // A record is deleted by the second of two buttons of that name, while the first can't be used.
             QStringList controls = window == "FPARAMETERS"_L1 ? QStringList({u"OK_INS"_s, u"OK_UPD"_s})
                                                               : QStringList(u"CANCEL_END"_s);

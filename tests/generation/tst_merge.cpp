@@ -85,7 +85,10 @@ QString tst_merge::stage(const QString& levels)
 QString tst_merge::merge()
 {
     QStringList lines;
-    m_merged = mergeInTable(m_database->main, m_levels, [&lines](const QString& text) { lines << text; });
+    m_merged = mergeInTable(
+        m_database->main, m_levels,
+        {[&](const QString& text) { lines << text; },
+         [this](const MacroExpansion& expansion) { m_database->main.showRefusedMacro(expansion); }});
     QTest::qCompare(m_database->value(u"SELECT COUNT(*) FROM EQ_TEMP"_s), u"0"_s, "", "", __FILE__, __LINE__);
     const Phone phone = m_database->main.currentPhone();
     RunRows rows(m_database->main, m_levels);

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void reportsAFailingAction();
     void stopsARunBeforeItQuits();
     void remembersItsWindows();
+    void opensChildrenInside();
     void startsWithWhatCanBeDone();
     void showsTheCompaniesAnew();
     void offersLanguages();
@@ -188,6 +189,28 @@ void tst_FMain::remembersItsWindows()
         QCOMPARE(child->geometry(), place);
         QCOMPARE(window.size(), QSize(700, 500));
         window.close();
+    }
+}
+
+/// Kept in a larger window; and one that is wider than the frame is scrolled, not cut off.
+void tst_FMain::opensChildrenInside()
+{
+    for (const int least : {100, 800}) {
+        m_database->main.remembered.set(u"Child"_s, QRect(900, 900, 900, 700));
+        FMain window(m_database->main);
+        window.resize(500, 400);
+        window.show();
+        window.showChild(u"Child"_s, [least] {
+            auto* child = new QWidget;
+            child->setObjectName(u"Child"_s);
+            child->setMinimumSize(least, 50);
+            return child;
+        });
+        const auto* child = window.findChild<QMdiSubWindow*>();
+        const QRect frame = child->parentWidget()->rect();
+        QCOMPARE(frame.contains(child->geometry()), least == 100);
+        QVERIFY(child->y() >= 0 && child->height() <= frame.height() && child->x() <= 0);
+        QVERIFY(child->widget()->width() >= least);
     }
 }
 

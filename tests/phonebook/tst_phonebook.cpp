@@ -51,6 +51,7 @@ private Q_SLOTS:
     void looksAtAllCompanies();
     void refusesWhatIsMoreThanAnEntry_data();
     void refusesWhatIsMoreThanAnEntry();
+    void takesManyOver();
     void leavesTheBookWhenTheImportFails();
     void exportsToCsv();
     void exportsToAWorkbook();
@@ -303,6 +304,35 @@ void tst_phonebook::refusesWhatIsMoreThanAnEntry()
     QCOMPARE(m_lines.first(2),
              QStringList({QString::fromUtf8("Line 2: " + extension + " - " + name + "   - ") + reason,
                           u"202 - A Luna''s  - Updated"_s}));
+}
+
+/// So many that they are written in several pieces. Every 50th is refused, every 40th is in two companies,
+/// every 30th is quoted and every 900th comes twice.
+void tst_phonebook::takesManyOver()
+{
+    for (int number = 1040; number < 4000; number += 40)
+        addEntry(u"'C2', '%1', 'Old', 'V', '', '', '', ''"_s.arg(number));
+    for (const QByteArray& turn : {"first"_ba, "second"_ba}) {
+        QByteArray users;
+        QStringList expected;
+        for (int number = 1000; number < 4000; ++number) {
+            const QByteArray code = QByteArray::number(number);
+            const QByteArray name = number % 50 == 0   ? QByteArray(60, 'x')
+                                    : number % 30 == 0 ? turn + "''s"
+                                                       : turn;
+            users += user(name, code, code);
+            users += number % 900 == 1 ? user("again", "", code) : QByteArray();
+            const QString stored = QString::fromUtf8(name + u' ').replace("''"_L1, "'"_L1);
+            if (number % 50 != 0 && (number % 40 != 0 || number == 1000))
+                expected << u"%1 V %2%1 "_s.arg(QString::number(number), stored);
+        }
+        QVERIFY(import(users));
+        QCOMPARE(book(), expected);
+        QCOMPARE(m_lines.filter(u" - again"_s).size(), 3);
+        QCOMPARE(m_lines.filter(u" holds at most "_s).size(), 60);
+        QVERIFY(m_lines[100].contains(": 1100 - xxx"_L1));
+        QVERIFY(m_lines[2602 + 3].startsWith("3602 - "_L1));
+    }
 }
 
 void tst_phonebook::leavesTheBookWhenTheImportFails()

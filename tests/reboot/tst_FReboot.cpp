@@ -58,7 +58,22 @@ void tst_FReboot::restartsTheChosenPhones()
     QVERIFY(labels().contains(u"2 restarted, 0 refused, 0 unreachable"_s));
     QVERIFY(start->hasFocus());
 
+    // Those that failed, once more, whatever is chosen meanwhile.
+    QPushButton* repeat = button(window, u"Repeat"_s);
+    QVERIFY(!repeat->isEnabled());
+    database.run(u"UPDATE EQUIPMENT_PARAMETERS SET PA_DEFAULT = 'other' WHERE PA_CODE = 'password'"_s);
+    control<QSpinBox>(window, u"AtOnce"_s)->setValue(8);
+    start->click();
+    QVERIFY2(repeat->isEnabled() && repeat->text().endsWith("(2)"_L1), qPrintable(repeat->text()));
+    database.run(u"UPDATE EQUIPMENT_PARAMETERS SET PA_DEFAULT = 'secret' WHERE PA_CODE = 'password'"_s);
+    choose(filter(window, 4), u"102"_s);
+    repeat->click();
+    QVERIFY(labels().contains(u"2 restarted, 0 refused, 0 unreachable"_s));
+    QVERIFY(!repeat->isEnabled());
+
     connect(&device, &DeviceDouble::requested, &window, [&] { button(window, u"Cancel"_s)->click(); });
+    choose(filter(window, 4), u"103"_s);
+    control<QSpinBox>(window, u"AtOnce"_s)->setValue(1);
     start->click();
     QVERIFY(labels().contains(u"Stopped after 1 / 2, 0 restarted, 0 refused, 0 unreachable"_s));
 }

@@ -1,8 +1,8 @@
 // Restarting phones: requests byte by byte, exchanges with devices good and bad, whole runs.
 #include "reboot/reboot.h"
 #include "support/device_double.h"
+#include "support/restart_database.h"
 #include "support/rows.h"
-#include "support/test_database.h"
 
 #include <QTest>
 
@@ -51,45 +51,18 @@ private Q_SLOTS:
     void aborts();
 
 private:
-    /// A phone of company C1 whose device is at 127.0.0.`last` and has the password "secret".
-    void addDevice(const QString& equipment, const QString& code, int last);
     RebootCounts run(const QString& equipment, quint16 port, bool wait = false,
                      int budget = HttpExchange::usualBudget);
     RunReport report();
 
-    std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<RestartDatabase> m_database;
     QStringList m_lines;
 };
 
 void tst_reboot::init()
 {
     m_lines.clear();
-    m_database = std::make_unique<TestDatabase>();
-    for (const QString& model : {u"GXP2000"_s, u"PAP2"_s, u"F1000"_s}) {
-        const bool isGXP2000 = model == "GXP2000"_L1;
-        m_database->run(u"INSERT INTO EQUIPMENT VALUES('%1', 'model', '%2')"_s.arg(
-            model, isGXP2000 ? u"GRANDSTREAM"_s : model));
-        const QString ofThePhone = isGXP2000 ? u"IP4"_s : u"IP1"_s;
-        const QHash<QString, QString> values = {{u"EPWD"_s, u"secret"_s},
-                                                {u"IP1"_s, u"127"_s},
-                                                {u"IP2"_s, u"0"_s},
-                                                {u"IP3"_s, u"0"_s},
-                                                {u"IP4"_s, {}}};
-        for (const auto& [key, value] : values.asKeyValueRange()) {
-            m_database->run(u"INSERT INTO SYSTEM_PARAMETERS VALUES('$$%1', '$$%2', '%2')"_s.arg(model, key));
-            m_database->addParameter(model, key, key == ofThePhone ? u"P"_s : u"E"_s, value);
-        }
-    }
-}
-
-void tst_reboot::addDevice(const QString& equipment, const QString& code, int last)
-{
-    m_database->addPhone(u"C1"_s, equipment, code, "phone "_L1 + code, u"000000000000"_s);
-    if (equipment == "NONE"_L1 || equipment == "TOASTER"_L1)
-        return;
-    const QString value = equipment == "GXP2000"_L1 ? u"IP4', '%1"_s : u"IP1', '127.0.0.%1"_s;
-    m_database->run(u"INSERT INTO PHONES_PARAMETERS VALUES('C1', '%1', '%2', '"_s.arg(equipment, code) +
-                    value.arg(last) + "')"_L1);
+    m_database = std::make_unique<RestartDatabase>();
 }
 
 RunReport tst_reboot::report()
@@ -159,7 +132,7 @@ void tst_reboot::sendsExactBytes()
     QFETCH(QList<QByteArray>, requests);
     QFETCH(QStringList, lines);
     const DeviceDouble phone(device);
-    addDevice(model, u"101"_s, 1);
+    m_database->addDevice(model, u"101"_s, 1);
     const bool waits = lines.size() == 2 && lines.first() == "M21: "_L1;
     QElapsedTimer time;
     time.start();
@@ -177,13 +150,14 @@ void tst_reboot::keepsAConnectionToTheSameHost()
     const DeviceDouble both(
         [](QTcpSocket& connection, const QByteArray&) { connection.write("one</html>"); });
     const DeviceDouble other(inTurn({"later</html>"}), u"127.0.0.2"_s, both.port());
-    HttpExchange exchange(m_database->main, both.port(), report().line);
-    QVERIFY(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s));
-    QVERIFY(exchange.GetHttp(u"127.0.0.1"_s, u"second"_s));
+    const MessageTexts texts(m_database->main, {u"M23"_s});
+    HttpExchange exchange(texts, both.port(), report().line);
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s)));
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"second"_s)));
     QCOMPARE(exchange.reply(), u"one</html>"_s);
 
     // A request never goes to another phone than the one that it is for.
-    QVERIFY(exchange.GetHttp(u"127.0.0.2"_s, u"third HTTP/1.0\r\n\r\n"_s));
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.2"_s, u"third HTTP/1.0\r\n\r\n"_s)));
     QCOMPARE(exchange.reply(), u"later</html>"_s);
     QCOMPARE(both.received(), QList<QByteArray>({"first\r\n\r\nsecond"}));
     QCOMPARE(m_lines, QStringList());
@@ -202,7 +176,7 @@ void tst_reboot::readsWhatAFormIsAnswered()
             connection.disconnectFromHost();
         });
     });
-    addDevice(u"F1000"_s, u"101"_s, 1);
+    m_database->addDevice(u"F1000"_s, u"101"_s, 1);
     QCOMPARE(run(u"F1000"_s, phone.port()).rebooted, 1);
     QVERIFY(restarted);
 }
@@ -261,8 +235,8 @@ void tst_reboot::bearsWithBadDevices()
     std::optional<DeviceDouble> bad;
     if (device)
         bad.emplace(device, u"127.0.0.2"_s, next.port());
-    addDevice(model, u"101"_s, 2);
-    addDevice(model, u"102"_s, 1);
+    m_database->addDevice(model, u"101"_s, 2);
+    m_database->addDevice(model, u"102"_s, 1);
     const int budget = outcome == RebootOutcome::Unreachable ? shortBudget : HttpExchange::usualBudget;
     QElapsedTimer time;
     time.start();
@@ -283,11 +257,12 @@ void tst_reboot::sharesOneBudget()
         else if (received != "second\r\n\r\n")
             QTimer::singleShot(500, &connection, [&connection] { connection.disconnectFromHost(); });
     });
-    HttpExchange exchange(m_database->main, phone.port(), report().line, 900);
-    QVERIFY(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s));
+    const MessageTexts texts(m_database->main, {u"M23"_s});
+    HttpExchange exchange(texts, phone.port(), report().line, 900);
+    QVERIFY(QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"first\r\n\r\n"_s)));
     QElapsedTimer time;
     time.start();
-    QVERIFY(!exchange.GetHttp(u"127.0.0.1"_s, u"second\r\n\r\n"_s));
+    QVERIFY(!QCoro::waitFor(exchange.GetHttp(u"127.0.0.1"_s, u"second\r\n\r\n"_s)));
     QVERIFY2(time.elapsed() >= 900 && time.elapsed() < 1500, qPrintable(QString::number(time.elapsed())));
     QCOMPARE(phone.received().size(), 2);
     QCOMPARE(m_lines, QStringList(u"M23: "_s));
@@ -299,7 +274,7 @@ void tst_reboot::stopsAtUnknownModels()
     int code = 100;
     for (const QString& model :
          {u"GXP2000"_s, u"GXP2000"_s, u"TOASTER"_s, u"PAP2"_s, u"PAP2"_s, u"NONE"_s, u"NONE"_s})
-        addDevice(model, QString::number(++code), 1);
+        m_database->addDevice(model, QString::number(++code), 1);
     Reboot reboot(m_database->main, phones.port(), report());
     const auto counts = [&](const QString& model) {
         return reboot.run({u"C1"_s, model, u"101"_s, u"199"_s, false});
@@ -320,7 +295,7 @@ void tst_reboot::stopsAtUnknownModels()
 void tst_reboot::needsTheModelsRows()
 {
     const DeviceDouble phone(gxp2000Device("secret"));
-    addDevice(u"GXP2000"_s, u"101"_s, 1);
+    m_database->addDevice(u"GXP2000"_s, u"101"_s, 1);
     m_database->run(u"DELETE FROM SYSTEM_PARAMETERS WHERE SY_SUBCODE IN ('$$IP3', '$$EPWD')"_s);
     QCOMPARE(run(u"GXP2000"_s, phone.port()).unreachable, 1);
     QCOMPARE(m_database->user.shown, QStringList(u"M20: $$IP3"_s));
@@ -352,7 +327,7 @@ void tst_reboot::aborts()
     QFETCH(QStringList, lines);
     const DeviceDouble phone(device);
     for (const QString& code : {u"101"_s, u"102"_s})
-        addDevice(model, code, 1);
+        m_database->addDevice(model, code, 1);
     lines.prepend(model + " 127.0.0.1 - 101 - phone 101"_L1);
     QElapsedTimer sinceAbort;
     std::function<void(const QString&)> happens;

@@ -6,13 +6,16 @@
 #include "phonebook/windows/FPBImp.h"
 #include "ranges/FRgen.h"
 #include "reboot/FReboot.h"
+#include "runs/RunLog.h"
 #include "support/controls.h"
 #include "support/device_double.h"
 #include "support/rows.h"
 #include "support/test_database.h"
 
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +30,7 @@ private Q_SLOTS:
     void endsInEveryWay();
     void survivesALostDatabase_data() { endsInEveryWay_data(); }
     void survivesALostDatabase();
+    void showsEveryLineWhole();
 
 private:
     std::unique_ptr<BatchWindow> make(const QString& name);
@@ -156,6 +160,28 @@ void tst_BatchWindow::survivesALostDatabase()
     QCOMPARE(m_database->user.shown.value(0), u"Database error: No database is open."_s);
     QVERIFY(!m_database->main.batch.running());
     QVERIFY(start(*window)->isEnabled());
+}
+
+void tst_BatchWindow::showsEveryLineWhole()
+{
+    RunLog log(m_database->main, u"List1"_s);
+    log.resize(300, 300);
+    log.show();
+    const auto* list = log.findChild<QListWidget*>();
+    const auto* whole = log.findChild<QPlainTextEdit*>();
+    const QString wide = u"a line that is much wider than the list "_s.repeated(4);
+    for (int line = 0; line < 50; ++line)
+        log.append({line == 20 ? wide : u"short"_s});
+    log.showNewLines();
+    QTRY_VERIFY(list->horizontalScrollBar()->maximum() >=
+                list->fontMetrics().horizontalAdvance(wide) - list->viewport()->width());
+    QVERIFY(!whole->isVisible());
+    log.append({wide, true});
+    log.showNewLines();
+    QVERIFY(whole->isVisible());
+    QCOMPARE(whole->toPlainText(), wide);
+    // What takes place from the list does not hide its last line.
+    QTRY_VERIFY(list->viewport()->rect().contains(list->visualItemRect(list->item(50)).bottomLeft()));
 }
 
 QTEST_MAIN(tst_BatchWindow)

@@ -1,6 +1,9 @@
 #include "support/device_double.h"
 
 #include <QCryptographicHash>
+#include <QTimer>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +31,13 @@ bool isWhole(const QByteArray& request)
     return request.size() > headEnd + 4;
 }
 
+/// The last request of each model's procedure.
+bool isRestart(const QByteArray& request)
+{
+    return request.startsWith("GET /rs.htm") || request.startsWith("POST /adminprivate/") ||
+           (request.startsWith("GET /admin/reboot") && request.contains("Authorization: "));
+}
+
 QByteArray md5(const QByteArray& text)
 {
     return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
@@ -46,10 +56,24 @@ DeviceBehaviour f1000Device(const QByteArray& password)
 } // namespace
 
 DeviceDouble::DeviceDouble(DeviceBehaviour behaviour, const QString& address, quint16 port)
-    : m_behaviour(std::move(behaviour))
+    : m_address(address), m_behaviour(std::move(behaviour))
 {
     connect(&m_server, &QTcpServer::newConnection, this, &DeviceDouble::accept);
-    m_server.listen(QHostAddress(address), port);
+    m_server.listen(m_address, port);
+    m_port = m_server.serverPort();
+}
+
+void DeviceDouble::restartsFor(std::optional<int> milliseconds)
+{
+    m_restarts = true;
+    m_downFor = milliseconds;
+}
+
+void DeviceDouble::goDown()
+{
+    m_server.close();
+    if (m_downFor)
+        QTimer::singleShot(*m_downFor, this, [this] { m_server.listen(m_address, m_port); });
 }
 
 void DeviceDouble::accept()
@@ -62,6 +86,8 @@ void DeviceDouble::accept()
             Q_EMIT requested(m_received[number]);
             if (isWhole(m_received[number]))
                 m_behaviour(*connection, m_received[number]);
+            if (m_restarts && isRestart(m_received[number]))
+                goDown();
         };
         connect(connection, &QTcpSocket::readyRead, this, answer);
         connect(connection, &QTcpSocket::disconnected, connection, &QObject::deleteLater);
@@ -113,6 +139,21 @@ DeviceBehaviour deviceOf(const QString& model, const QByteArray& password)
     if (model == "GXP2000"_L1)
         return gxp2000Device(password);
     return model == "PAP2"_L1 ? pap2Device(password) : f1000Device(password);
+}
+
+DeviceBehaviour slowly(const DeviceBehaviour& behaviour, int milliseconds)
+{
+    // What a device remembers is in its behaviour, which must not be copied for each answer.
+    return [device = std::make_shared<DeviceBehaviour>(behaviour), milliseconds](QTcpSocket& connection,
+                                                                                 const QByteArray& received) {
+        QTimer::singleShot(milliseconds, &connection,
+                           [device, &connection, received] { (*device)(connection, received); });
+    };
+}
+
+DeviceBehaviour silentDevice()
+{
+    return [](QTcpSocket&, const QByteArray&) {};
 }
 
 DeviceBehaviour inTurn(const QList<QByteArray>& replies, Afterwards afterwards)

@@ -6,6 +6,7 @@
 #include <QTcpSocket>
 
 #include <functional>
+#include <optional>
 
 namespace velmora {
 
@@ -23,7 +24,9 @@ public:
                           quint16 port = 0);
 
     bool isListening() const { return m_server.isListening(); }
-    quint16 port() const { return m_server.serverPort(); }
+    quint16 port() const { return m_port; }
+    /// From now on a request that restarts it closes its port for so many milliseconds, or for good.
+    void restartsFor(std::optional<int> milliseconds);
     /// What came on each connection, in the order of the connections.
     const QList<QByteArray>& received() const { return m_received; }
 
@@ -32,8 +35,13 @@ Q_SIGNALS:
 
 private:
     void accept();
+    void goDown();
 
     QTcpServer m_server;
+    const QHostAddress m_address;
+    quint16 m_port = 0;
+    bool m_restarts = false;
+    std::optional<int> m_downFor;
     DeviceBehaviour m_behaviour;
     QList<QByteArray> m_received;
 };
@@ -45,6 +53,11 @@ DeviceBehaviour gxp2000Device(const QByteArray& password, int busyVisits = 0);
 DeviceBehaviour pap2Device(const QByteArray& password, int staleVisits = 0);
 /// A device of that model; an F1000 shows its page to whoever knows the password, and takes its form.
 DeviceBehaviour deviceOf(const QString& model, const QByteArray& password);
+
+/// Takes that long over each answer.
+DeviceBehaviour slowly(const DeviceBehaviour& behaviour, int milliseconds);
+/// Takes connections, and says nothing.
+DeviceBehaviour silentDevice();
 
 /// What a device does with the connection on which it has answered; one that closes on the next request does
 /// so only until its last reply, after which it closes at once.

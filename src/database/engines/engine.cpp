@@ -35,6 +35,10 @@ QString Engine::hint(const QSqlError&, const QString&) const
     return {};
 }
 
+void Engine::releaseDeclaredTypes(Connection&, const QString&) const {}
+
+void Engine::holdDeclaredTypesAgain(Connection&, const QString&) const {}
+
 std::unique_ptr<Engine> engineFor(const ConnectionString& string)
 {
     const QString provider = string.required(u"Provider"_s);

@@ -93,6 +93,11 @@ public:
     /// Makes the session refuse texts longer than declared and missing key values in the permanent tables,
     /// where the engine does not do so by itself.
     virtual void holdDeclaredTypes(Connection& connection) const = 0;
+    /// Ends that for one table, and begins it again: for those who write only what it would let pass.
+    virtual void releaseDeclaredTypes(Connection& connection, const QString& table) const;
+    virtual void holdDeclaredTypesAgain(Connection& connection, const QString& table) const;
+    /// How many rows one statement inserts best. A power of two.
+    virtual qsizetype rowsTogether() const = 0;
 
 protected:
     /// The foreign keys from rows with table, place in the key from 0 on, column, target and its column.

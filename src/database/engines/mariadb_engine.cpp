@@ -247,4 +247,9 @@ void MariaDbEngine::holdDeclaredTypes(Connection&) const
     // Strict mode holds them.
 }
 
+qsizetype MariaDbEngine::rowsTogether() const
+{
+    return 256; // each statement is a journey to the server
+}
+
 } // namespace velmora

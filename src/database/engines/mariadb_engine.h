@@ -26,6 +26,7 @@ public:
     QList<Column> columns(Connection& connection, const QString& table) const override;
     QList<Reference> references(Connection& connection) const override;
     void holdDeclaredTypes(Connection& connection) const override;
+    qsizetype rowsTogether() const override;
 };
 
 } // namespace velmora

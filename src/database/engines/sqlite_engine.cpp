@@ -50,16 +50,24 @@ QString guardBranches(const QString& table, const QList<Column>& columns)
     return branches;
 }
 
+/// What the guards of a table guard against.
+constexpr const char* guardedEvents[] = {"INSERT", "UPDATE"};
+
+QString guardName(const QString& event, const QString& table)
+{
+    return identifier(u"temp"_s, u"guard_%1_%2"_s.arg(event, table));
+}
+
 void guardTable(Connection& connection, const QString& table, const QList<Column>& columns)
 {
     const QString branches = guardBranches(table, columns);
     if (branches.isEmpty())
         return;
-    for (const QString& event : {u"INSERT"_s, u"UPDATE"_s}) {
-        const QString trigger = identifier(u"temp"_s, u"guard_%1_%2"_s.arg(event, table));
+    for (const char* event : guardedEvents) {
+        const QString trigger = guardName(QLatin1StringView(event), table);
         connection.execute(u"DROP TRIGGER IF EXISTS "_s + trigger);
         connection.execute(u"CREATE TRIGGER %1 BEFORE %2 ON %3 BEGIN SELECT CASE%4 END; END"_s.arg(
-            trigger, event, identifier(u"main"_s, table), branches));
+            trigger, QLatin1StringView(event), identifier(u"main"_s, table), branches));
     }
 }
 
@@ -304,6 +312,26 @@ void SqliteEngine::holdDeclaredTypes(Connection& connection) const
 {
     for (const QString& table : tables(connection))
         guardTable(connection, table, columns(connection, table));
+}
+
+void SqliteEngine::releaseDeclaredTypes(Connection& connection, const QString& table) const
+{
+    for (const char* event : guardedEvents)
+        connection.execute("DROP TRIGGER IF EXISTS "_L1 + guardName(QLatin1StringView(event), table));
+}
+
+void SqliteEngine::holdDeclaredTypesAgain(Connection& connection, const QString& table) const
+{
+    // Whoever names the table need not do so as it was created; the words of a refusal do.
+    const Recordset names = connection.select(
+        u"SELECT name FROM main.sqlite_master WHERE type = 'table' AND name = ? COLLATE NOCASE"_s, {table});
+    if (!names.eof())
+        guardTable(connection, names.text(0), columns(connection, names.text(0)));
+}
+
+qsizetype SqliteEngine::rowsTogether() const
+{
+    return 32;
 }
 
 } // namespace velmora

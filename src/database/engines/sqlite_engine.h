@@ -29,6 +29,9 @@ public:
     QList<Column> columns(Connection& connection, const QString& table) const override;
     QList<Reference> references(Connection& connection) const override;
     void holdDeclaredTypes(Connection& connection) const override;
+    void releaseDeclaredTypes(Connection& connection, const QString& table) const override;
+    void holdDeclaredTypesAgain(Connection& connection, const QString& table) const override;
+    qsizetype rowsTogether() const override;
 };
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 #include "editor/list/FilterPanel.h"
 
 #include "windows/SearchableList.h"
+#include "windows/list_height.h"
 
 #include <QEvent>
 #include <QStringListModel>
@@ -58,6 +59,7 @@ FilterPanel::Row FilterPanel::addRow(const QString& caption, const QStringList& 
     row.filter->setObjectName("Filter"_L1 + number);
     row.filter->setAccessibleName(caption);
     row.filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    limitHeight(*row.filter);
     row.filter->setFocusPolicy(Qt::StrongFocus);
     row.filter->installEventFilter(this);
     row.filter->setModel(new QStringListModel(QStringList(m_allText) + values, row.filter));

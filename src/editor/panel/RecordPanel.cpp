@@ -1,6 +1,7 @@
 #include "editor/panel/RecordPanel.h"
 
 #include "windows/SearchableList.h"
+#include "windows/list_height.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -78,6 +79,7 @@ RecordPanel::Row RecordPanel::addRow(qsizetype field)
     }
     row.combo->setFocusPolicy(Qt::StrongFocus);
     row.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    limitHeight(*row.combo);
     row.label->show();
     row.text->setVisible(!shown.dropDown);
     row.combo->setVisible(shown.dropDown);

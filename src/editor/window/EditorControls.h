@@ -26,8 +26,8 @@ public:
     TablePane* const pane;
     RecordView* const list;
     RecordActions* const actions;
-    FindBox* const find;
     TransferActions* const transfer;
+    FindBox* const find;
     RecordPanel* const panel;
     QPushButton* const ok;
     QPushButton* const cancel;

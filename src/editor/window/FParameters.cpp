@@ -26,7 +26,11 @@ constexpr int sortKeys = 9;
 
 } // namespace
 
-FParameters::FParameters(MMain& main, QWidget* parent) : QWidget(parent), m_main(main), m_ui(main, *this)
+FParameters::FParameters(MMain& main, QWidget* parent)
+    : QWidget(parent),
+      m_main(main),
+      m_ui(main, *this),
+      m_showStatus(new QAction(main.textOr(u"FPARAMETERS_SHOWSTATUS"_s, u"Show status"_s), this))
 {
     setObjectName(u"FParameters"_s);
     setWindowTitle(u"Velmora Configuration"_s);
@@ -86,6 +90,11 @@ void FParameters::connectRecord()
         if (!editing())
             m_ui.actions->popup(position);
     });
+    m_showStatus->setShortcut(Qt::CTRL | Qt::Key_I);
+    m_showStatus->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(m_showStatus);
+    m_ui.actions->addToPopup(m_showStatus);
+    connect(m_showStatus, &QAction::triggered, this, &FParameters::askForStatus);
     connect(m_ui.panel, &RecordPanel::changed, this, &FParameters::enableControls);
     connect(m_ui.ok, &QPushButton::clicked, this,
             [this] { reportFailures(m_main, [this] { write(false); }); });
@@ -129,6 +138,44 @@ void FParameters::selectFirstTab()
     m_ui.strip->setCurrentIndex(0);
 }
 
+void FParameters::showRecord(const QString& table, const QHash<QString, QString>& key)
+{
+    const int tab = m_ui.strip->tabOf(table);
+    if (editing() || tab < 0)
+        return;
+    m_ui.strip->setCurrentIndex(tab);
+    if (!m_ui.pane->isOpen())
+        return;
+    QStringList values;
+    for (const TableColumn& column : m_ui.pane->table().columns)
+        values << key.value(column.name);
+    // The neighbours stay: the other parameters of the model or phone.
+    QList<KeyFilter> filters;
+    for (const QString& column : m_ui.pane->table().keys)
+        filters << (column == "PA_CODE"_L1 ? KeyFilter() : KeyFilter{column, -1, key.value(column)});
+    reportFailures(m_main, [&] {
+        m_ui.pane->FormList(filters);
+        m_ui.list->selectRecord(values);
+    });
+    m_ui.list->setFocus();
+}
+
+/// Of the selected phone.
+void FParameters::askForStatus()
+{
+    const TableDescription& table = m_ui.pane->table();
+    const QStringList values = m_ui.list->selectedRecord();
+    if (table.name != "PHONES"_L1 || values.isEmpty())
+        return;
+    const auto valueOf = [&](QLatin1StringView column) {
+        for (qsizetype place = 0; place < table.columns.size(); ++place)
+            if (table.columns[place].name == column)
+                return values.value(place);
+        return QString();
+    };
+    Q_EMIT statusWanted(valueOf("CO_CODE"_L1), valueOf("PH_CODE"_L1));
+}
+
 void FParameters::chooseTab()
 {
     const WaitCursor waiting;
@@ -136,6 +183,7 @@ void FParameters::chooseTab()
     m_ui.find->clear();
     const TableTab& tab = m_ui.strip->currentTab();
     setWindowTitle("Configuration - "_L1 + tab.caption);
+    m_ui.list->setAccessibleName(tab.caption);
     // Before anything is asked: whatever fails below, nothing of the table before may stay.
     m_ui.pane->setTable(tab.table);
     if (!m_ui.pane->askPassword())
@@ -379,6 +427,8 @@ void FParameters::enableControls()
     const auto& form = m_ui.panel->form();
     m_ui.actions->allow(!form && m_ui.pane->isOpen() && !running, m_ui.list->selectedCount(),
                         mayBeSet(m_ui.pane->table().name));
+    m_showStatus->setEnabled(!form && !running && m_ui.pane->table().name == "PHONES"_L1 &&
+                             m_ui.list->selectedCount() == 1);
     m_ui.transfer->allow(!form && m_ui.pane->isOpen() && !running);
     m_ui.strip->setEnabled(!form);
     m_ui.pane->filters().setEnabled(!form);

@@ -16,8 +16,15 @@ public:
 
     /// Opens the first tab, unless it is open already or a record is being edited.
     void selectFirstTab();
+    /// Opens the table with filters that leave the record, and selects it; `key` has the values of its key
+    /// columns. Does nothing while a record is being edited, or where the user has no such tab.
+    void showRecord(const QString& table, const QHash<QString, QString>& key);
 
     QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// The user wants to know how that phone's file stands.
+    void statusWanted(const QString& company, const QString& phone);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -34,6 +41,7 @@ private:
 
     void chooseTab();
     void refresh();
+    void askForStatus();
     void goToTab(int tab);
 
     void carryOut(RecordAction action);
@@ -58,6 +66,7 @@ private:
     const EditorControls m_ui;
     /// Looked up beforehand: no statement may fail when the window closes.
     QString m_discardQuestion;
+    QAction* m_showStatus;
     /// The row that is being changed or deleted; rows may come before it meanwhile.
     QPersistentModelIndex m_editedRow;
     /// Whether the new record has begun with all values of another one, or with its key.

@@ -22,6 +22,8 @@ public:
     /// Lets them be chosen, if any at all: each where as many records are selected as it needs, and one value
     /// for all where the table is one that takes it.
     void allow(bool any, qsizetype selected, bool settable);
+    /// Adds what else can be done with a record.
+    void addToPopup(QAction* action) { m_popup->addAction(action); }
     /// Shows the popup, `MnuRecord`, where that place of the list is on a record.
     void popup(const QPoint& position);
 

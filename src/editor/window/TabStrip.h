@@ -15,6 +15,8 @@ public:
     explicit TabStrip(MMain& main, QWidget* parent = nullptr);
 
     const TableTab& currentTab() const { return m_tabs[currentIndex()]; }
+    /// The tab of the table; -1 where the user has none.
+    int tabOf(const QString& table) const;
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
