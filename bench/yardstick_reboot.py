@@ -1,7 +1,8 @@
 """What restarting phones costs with plain blocking sockets, or with asyncio. Prints the seconds it took.
 
     yardstick_reboot.py PORT PHONES AT_ONCE EXPECTED
-        restarts GXP2000 at 127.0.1.1 and so on, so many at a time; that many must answer
+        restarts GXP2000 at 127.0.1.1 and so on, so many at a time (0: one by one, without asyncio); that many must
+        answer
 """
 
 import asyncio
@@ -77,7 +78,7 @@ async def restart_all(port, phones, at_once):
 def main():
     port, phones, at_once, expected = (int(word) for word in sys.argv[1:])
     start = time.perf_counter()
-    if at_once == 1:
+    if at_once == 0:
         restarted = sum(restart(address_of(phone), port) for phone in range(phones))
     else:
         restarted = asyncio.run(restart_all(port, phones, at_once))

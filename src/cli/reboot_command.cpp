@@ -118,7 +118,7 @@ Command rebootCommand(Parser application)
     parser.addOption("--pause", options->pause, "Seconds from the start of one visit to the next")
         .between(0, 3600);
     parser.addFlag("--confirm", options->confirm,
-                   "Count as restarted what goes down within a minute and is back five minutes later");
+                   "Count as restarted only what goes down within a minute and is back within five");
     parser.addFlag("--dry-run", options->dryRun, "Show what would be visited, and visit nothing");
     parser.addOption("--failed-to", options->failedTo,
                      "Write the codes of the phones that failed to this file");

@@ -1,7 +1,5 @@
 #include "modules/F1000.h"
 
-#include "files/ansi.h"
-
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -36,24 +34,26 @@ DeviceFile device(const Phone&, const Pieces& pieces)
 
 const Writer F1000 = {names, devicePiece, sourcePiece, device, joined};
 
-FileContents readF1000(const QByteArray& bytes)
+FileContents readF1000(QByteArrayView bytes)
 {
     if (bytes.isEmpty() || bytes.contains('\0'))
         return {{}, Unreadable::Foreign};
     FileContents file;
-    QString code;
     for (qsizetype begin = 0; begin < bytes.size();) {
         const qsizetype end = bytes.indexOf("\r\n", begin);
         if (end < 0)
-            return {{}, code.isEmpty() ? Unreadable::Foreign : Unreadable::CutOff};
-        const QByteArray line = bytes.sliced(begin, end - begin);
+            return {{}, file.parameters.isEmpty() ? Unreadable::Foreign : Unreadable::CutOff};
+        const QByteArrayView line = bytes.sliced(begin, end - begin);
         const qsizetype equals = line.indexOf('=');
-        if (equals > 0)
-            file.values[code = decodeAnsi(line.first(equals))] = decodeAnsi(line.sliced(equals + 1));
-        else if (code.isEmpty())
+        if (equals > 0) {
+            file.parameters << FileParameter{line.first(equals), line.sliced(equals + 1)};
+        } else if (file.parameters.isEmpty()) {
             return {{}, Unreadable::Foreign};
-        else
-            file.values[code] += "\r\n"_L1 + decodeAnsi(line);
+        } else {
+            // No parameter: it belongs to the value before it, as the line end between them does.
+            QByteArrayView& value = file.parameters.last().value;
+            value = QByteArrayView(value.data(), value.size() + 2 + line.size());
+        }
         begin = end + 2;
     }
     return file;

@@ -11,6 +11,6 @@ namespace velmora {
 extern const Writer F1000;
 
 /// Reads such a file. A line without "=" belongs to the value before it.
-FileContents readF1000(const QByteArray& bytes);
+FileContents readF1000(QByteArrayView bytes);
 
 } // namespace velmora

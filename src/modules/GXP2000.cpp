@@ -1,7 +1,5 @@
 #include "modules/GXP2000.h"
 
-#include "files/ansi.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -24,7 +22,7 @@ DeviceFileNames names(const Phone& phone, const Levels& levels)
     return {name, name};
 }
 
-std::uint32_t wordAt(const QByteArray& image, qsizetype position)
+std::uint32_t wordAt(QByteArrayView image, qsizetype position)
 {
     return static_cast<std::uint8_t>(image[position]) * 256U + static_cast<std::uint8_t>(image[position + 1]);
 }
@@ -102,7 +100,7 @@ DeviceFile device(const Phone& phone, const Pieces& pieces)
 }
 
 /// The sum of the words of an image of even length, modulo 65536.
-std::uint32_t sumOfWords(const QByteArray& image)
+std::uint32_t sumOfWords(QByteArrayView image)
 {
     std::uint32_t sum = 0;
     for (qsizetype position = 0; position < image.size(); position += 2)
@@ -112,7 +110,7 @@ std::uint32_t sumOfWords(const QByteArray& image)
 
 /// Where the parameters of an image begin; -1 where there is no end of a header. The usual place comes first,
 /// since an address may look like that end.
-qsizetype parametersPosition(const QByteArray& image)
+qsizetype parametersPosition(QByteArrayView image)
 {
     if (image.sliced(headerSize - endOfHeader.size()).startsWith(endOfHeader))
         return headerSize;
@@ -120,35 +118,34 @@ qsizetype parametersPosition(const QByteArray& image)
     return end < 0 ? -1 : end + endOfHeader.size();
 }
 
-/// Whether a piece between two "&" is a parameter: "P", a code, "=".
-bool isParameter(const QByteArray& piece)
-{
-    return piece.startsWith('P') && piece.indexOf('=') > 1;
-}
-
 /// The parameters of the text between header and key; nothing where it does not begin with one.
-std::optional<QMap<QString, QString>> parametersIn(const QByteArray& text)
+std::optional<QList<FileParameter>> parametersIn(QByteArrayView text)
 {
-    QMap<QString, QString> values;
-    QString code;
+    QList<FileParameter> parameters;
     // What follows a longer header begins with "&".
-    for (const QByteArray& piece : (text.startsWith('&') ? text.sliced(1) : text).split('&')) {
+    for (qsizetype begin = text.startsWith('&') ? 1 : 0; begin <= text.size();) {
+        const qsizetype end = text.indexOf('&', begin) < 0 ? text.size() : text.indexOf('&', begin);
+        const QByteArrayView piece = text.sliced(begin, end - begin);
         const qsizetype equals = piece.indexOf('=');
-        if (isParameter(piece))
-            values[code = decodeAnsi(piece.sliced(1, equals - 1))] = decodeAnsi(piece.sliced(equals + 1));
-        else if (code.isEmpty())
+        if (piece.startsWith('P') && equals > 1) {
+            parameters << FileParameter{piece.sliced(1, equals - 1), piece.sliced(equals + 1)};
+        } else if (parameters.isEmpty()) {
             return std::nullopt;
-        else
-            values[code] += u'&' + decodeAnsi(piece);
+        } else {
+            // No parameter: it belongs to the value before it, as the "&" between them does.
+            QByteArrayView& value = parameters.last().value;
+            value = QByteArrayView(value.data(), value.size() + 1 + piece.size());
+        }
+        begin = end + 1;
     }
-    return values;
+    return parameters;
 }
 
 } // namespace
 
 const Writer GXP2000 = {names, devicePiece, sourcePiece, device, joined};
 
-FileContents readGXP2000(const QByteArray& bytes)
+FileContents readGXP2000(QByteArrayView bytes)
 {
     if (bytes.size() < headerSize || wordAt(bytes, 0) != 0)
         return {{}, Unreadable::Foreign};
@@ -162,8 +159,8 @@ FileContents readGXP2000(const QByteArray& bytes)
     const qsizetype end = bytes.lastIndexOf(endOfParameters);
     if (end < begin || bytes.size() - end > endOfParameters.size() + 1)
         return {{}, Unreadable::Foreign};
-    const auto values = parametersIn(bytes.sliced(begin, end - begin));
-    return values ? FileContents{*values, {}} : FileContents{{}, Unreadable::Foreign};
+    const auto parameters = parametersIn(bytes.sliced(begin, end - begin));
+    return parameters ? FileContents{*parameters, {}} : FileContents{{}, Unreadable::Foreign};
 }
 
 std::int32_t HexDec(QStringView text, const std::function<void(QChar)>& rejected)

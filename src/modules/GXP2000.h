@@ -23,7 +23,7 @@ namespace velmora {
 extern const Writer GXP2000;
 
 /// Reads such an image. A piece between two "&" that is no parameter belongs to the value before it.
-FileContents readGXP2000(const QByteArray& bytes);
+FileContents readGXP2000(QByteArrayView bytes);
 
 /// The largest image, in bytes.
 constexpr qsizetype largestImage = 32768;

@@ -1,7 +1,5 @@
 #include "modules/PAP2.h"
 
-#include "files/ansi.h"
-
 using namespace Qt::StringLiterals;
 
 namespace velmora {
@@ -48,39 +46,39 @@ DeviceFile device(const Phone&, const Pieces& pieces)
 }
 
 /// The elements of a profile, without its outer tags; nothing where there is something else.
-std::optional<QMap<QString, QString>> elementsIn(const QByteArray& text)
+std::optional<QList<FileParameter>> elementsIn(QByteArrayView text)
 {
-    QMap<QString, QString> values;
+    QList<FileParameter> parameters;
     for (qsizetype begin = 0; begin < text.size();) {
         const qsizetype codeEnd = text.indexOf('>', begin);
         if (text[begin] != '<' || codeEnd < begin + 2 || codeEnd - begin > longestCode)
             return std::nullopt;
-        const QByteArray code = text.sliced(begin + 1, codeEnd - begin - 1);
-        const QByteArray close = "</" + code + ">\r\n";
+        const QByteArrayView code = text.sliced(begin + 1, codeEnd - begin - 1);
+        const QByteArray close = "</" + code.toByteArray() + ">\r\n";
         // Only at the end or before another element: a value may hold all but that.
         const qsizetype next = text.indexOf(QByteArray(close + '<'), codeEnd + 1);
         const qsizetype valueEnd = next >= 0 ? next : text.size() - close.size();
         if (valueEnd <= codeEnd || (next < 0 && !text.endsWith(close)))
             return std::nullopt;
-        values[decodeAnsi(code)] = decodeAnsi(text.sliced(codeEnd + 1, valueEnd - codeEnd - 1));
+        parameters << FileParameter{code, text.sliced(codeEnd + 1, valueEnd - codeEnd - 1)};
         begin = valueEnd + close.size();
     }
-    return values;
+    return parameters;
 }
 
 } // namespace
 
 const Writer PAP2 = {names, devicePiece, sourcePiece, device, source};
 
-FileContents readPAP2(const QByteArray& bytes)
+FileContents readPAP2(QByteArrayView bytes)
 {
     if (!bytes.startsWith(startTag))
         return {{}, Unreadable::Foreign};
     if (bytes.size() < startTag.size() + endTag.size() || !bytes.endsWith(endTag))
         return {{}, Unreadable::CutOff};
-    const auto values =
+    const auto parameters =
         elementsIn(bytes.sliced(startTag.size(), bytes.size() - startTag.size() - endTag.size()));
-    return values ? FileContents{*values, {}} : FileContents{{}, Unreadable::Foreign};
+    return parameters ? FileContents{*parameters, {}} : FileContents{{}, Unreadable::Foreign};
 }
 
 } // namespace velmora

@@ -11,6 +11,6 @@ namespace velmora {
 extern const Writer PAP2;
 
 /// Reads such a profile, as the device file has it: without comments.
-FileContents readPAP2(const QByteArray& bytes);
+FileContents readPAP2(QByteArrayView bytes);
 
 } // namespace velmora

@@ -1,9 +1,8 @@
 // What the readers of all models have in common: from the bytes of a device file back to its parameters.
 #pragma once
 
-#include <QByteArray>
-#include <QMap>
-#include <QString>
+#include <QByteArrayView>
+#include <QList>
 
 #include <optional>
 
@@ -19,16 +18,23 @@ enum class Unreadable {
     WrongChecksum,
 };
 
+/// A parameter as it stands in a file; it refers to the bytes that were read.
+struct FileParameter {
+    QByteArrayView code;
+    QByteArrayView value;
+};
+
 /// What stands in a device file.
 struct FileContents {
-    /// The values by parameter code. Where a value holds what the format puts between parameters, nobody can
-    /// tell them apart: then this is only one way to read the bytes.
-    QMap<QString, QString> values;
-    /// Set where the bytes can't be read; there are no values then.
+    /// In the order of the file; where a code comes twice, the last one counts. Where a value holds what the
+    /// format puts between parameters, nobody can tell them apart: then this is only one way to read the
+    /// bytes.
+    QList<FileParameter> parameters;
+    /// Set where the bytes can't be read; there are no parameters then.
     std::optional<Unreadable> failure;
 };
 
 /// The reader of one module: a pure function that takes any bytes.
-using Reader = FileContents (*)(const QByteArray& bytes);
+using Reader = FileContents (*)(QByteArrayView bytes);
 
 } // namespace velmora

@@ -230,7 +230,7 @@ QCoro::Task<> Reboot::watch(Visit visit, QString fingerprint)
 /// What came of the watch of a phone, which is named: other phones' lines stand between.
 RunLine Reboot::lineOf(const Phone& phone, const WatchResult& result) const
 {
-    const QString begin = describe(phone) + ": "_L1;
+    const QString begin = describe(phone) + " - "_L1;
     const auto at = [](const QDateTime& time) { return time.toString(u"HH:mm:ss"_s); };
     const auto seconds = [](int milliseconds) { return QString::number(milliseconds / 1000); };
     switch (result.outcome) {

@@ -132,6 +132,8 @@ void BatchWindow::start()
     const Batch::Run batch(m_main.batch);
     m_log->clear();
     m_progress->hide();
+    // While it goes on, the list must not move with every name that is shown.
+    m_status->setWordWrap(false);
     showStatus({});
     wentThrough = run();
 }
@@ -139,6 +141,7 @@ void BatchWindow::start()
 /// Says how the run ended, unless the window has already said something of its own.
 void BatchWindow::showSummary(bool wentThrough)
 {
+    m_status->setWordWrap(true);
     if (m_progressText.isEmpty() || (wentThrough && !m_status->text().isEmpty() && m_log->remarks() == 0))
         return;
     const QString& ending = wentThrough ? m_throughText : m_stopAsked ? m_stoppedText : m_endedText;

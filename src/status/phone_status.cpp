@@ -1,6 +1,7 @@
 #include "status/phone_status.h"
 
 #include "common/MMain.h"
+#include "files/ansi.h"
 #include "files/stored_path.h"
 #include "generation/destination.h"
 #include "generation/phone_files.h"
@@ -27,24 +28,48 @@ struct Now {
     QString remark;
 };
 
-QList<Difference> differencesOf(const QMap<QString, QString>& inFile, const QMap<QString, QString>& now)
+/// By their codes, the last of each.
+QList<FileParameter> sorted(QList<FileParameter> parameters)
 {
+    const auto comesBefore = [](const FileParameter& one, const FileParameter& other) {
+        return one.code.compare(other.code) < 0;
+    };
+    // From the end: of equal ones, that which was last comes first and stays.
+    std::reverse(parameters.begin(), parameters.end());
+    std::stable_sort(parameters.begin(), parameters.end(), comesBefore);
+    parameters.erase(std::unique(parameters.begin(), parameters.end(),
+                                 [](const FileParameter& one, const FileParameter& other) {
+                                     return one.code == other.code;
+                                 }),
+                     parameters.end());
+    return parameters;
+}
+
+QString decoded(QByteArrayView text)
+{
+    return decodeAnsi(text.toByteArray());
+}
+
+/// Only what differs is decoded: of most phones, most is equal.
+QList<Difference> differencesOf(const FileContents& inFile, const FileContents& now)
+{
+    const QList<FileParameter> olds = sorted(inFile.parameters);
+    const QList<FileParameter> news = sorted(now.parameters);
     QList<Difference> differences;
-    auto old = inFile.begin();
-    auto current = now.begin();
-    while (old != inFile.end() || current != now.end()) {
-        if (current == now.end() || (old != inFile.end() && old.key() < current.key())) {
-            differences << Difference{old.key(), old.value(), std::nullopt};
-            ++old;
-        } else if (old == inFile.end() || current.key() < old.key()) {
-            differences << Difference{current.key(), std::nullopt, current.value()};
-            ++current;
-        } else {
-            if (old.value() != current.value())
-                differences << Difference{old.key(), old.value(), current.value()};
-            ++old;
-            ++current;
-        }
+    auto old = olds.begin();
+    auto current = news.begin();
+    while (old != olds.end() || current != news.end()) {
+        const int order = old == olds.end()       ? 1
+                          : current == news.end() ? -1
+                                                  : old->code.compare(current->code);
+        if (order < 0)
+            differences << Difference{decoded(old->code), decoded(old->value), std::nullopt};
+        else if (order > 0)
+            differences << Difference{decoded(current->code), std::nullopt, decoded(current->value)};
+        else if (old->value != current->value)
+            differences << Difference{decoded(old->code), decoded(old->value), decoded(current->value)};
+        old += order <= 0 ? 1 : 0;
+        current += order >= 0 ? 1 : 0;
     }
     return differences;
 }
@@ -164,8 +189,7 @@ private:
             return;
         }
         status.state = FileState::Different;
-        m_differences =
-            differencesOf(contents.values, now ? m_module->reader(*now).values : QMap<QString, QString>());
+        m_differences = differencesOf(contents, now ? m_module->reader(*now) : FileContents());
         status.differences = m_differences.size();
     }
 

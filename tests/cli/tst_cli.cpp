@@ -218,7 +218,7 @@ void tst_cli::restartsPhones()
     watching.terminate();
     QVERIFY(QSignalSpy(&watching, &QProcess::finished).wait());
     out += watching.readAllStandardOutput();
-    QVERIFY2(out.endsWith("113 - Shop Market Square: not known whether it restarted: the watch was stopped\n"
+    QVERIFY2(out.endsWith("113 - Shop Market Square - not known whether it restarted: the watch was stopped\n"
                           "0 restarted, 0 refused, 0 unreachable, 0 not confirmed, 1 unknown\n"),
              out.constData());
     QCOMPARE(watching.exitCode(), 1);

@@ -153,7 +153,7 @@ void tst_FParameters::goTo(const QString& table)
         ++wanted;
     QVERIFY2(wanted < strip()->count(), qPrintable(table));
     while (strip()->currentIndex() != wanted)
-        QTest::keyClick(list(), strip()->currentIndex() < wanted ? Qt::Key_PageDown : Qt::Key_PageUp,
+        QTest::keyClick(focused(), strip()->currentIndex() < wanted ? Qt::Key_PageDown : Qt::Key_PageUp,
                         Qt::ControlModifier);
 }
 
@@ -173,10 +173,14 @@ QWidget* tst_FParameters::focused() const
         return popup->focusWidget() ? popup->focusWidget() : popup;
     if (auto* dialog = m_window->findChild<QDialog*>(); dialog && dialog->isVisible()) {
         dialog->activateWindow();
-        (void)QTest::qWaitForWindowActive(dialog);
+        (void)QTest::qWaitFor([dialog] { return dialog->focusWidget() != nullptr; });
         return dialog->focusWidget();
     }
-    m_window->activateWindow(); // which a list that has been open leaves to the platform
+    // What has stood over it leaves to the platform which window becomes active.
+    (void)QTest::qWaitFor([this] {
+        m_window->activateWindow();
+        return m_window->isActiveWindow();
+    });
     return m_window->focusWidget();
 }
 
@@ -318,6 +322,8 @@ void tst_FParameters::doesWhatTheKeysSay_data()
     row("sets nothing before it is typed", "", "@PHONES Ctrl+A Ctrl+E Shift+Tab Down Tab Return Esc",
         ">C1,101,GXP2000,Hall,1|>C2,201,PAP2,Desk,2", "");
     row("sets no column of other tables", "", "Ctrl+A Ctrl+E", ">C1,One|>C2,Two", "");
+    row("pastes what it has copied", "UPDATE PHONES SET PH_DESC = 'x'",
+        "@PHONES Ctrl+A Ctrl+C ! F5 Ctrl+V Return Esc", ">C1,101,GXP2000,Hall,1|C2,201,PAP2,Desk,2", "");
     row("no such table", setting.arg(u"'$$TABS', '90', 'NOWHERE'"_s), "@NOWHERE", " closed",
         "no table NOWHERE");
     row("a bad pick list, asked for each letter", setting.arg(u"'$$COMPANY', 'L_CO_DESC', 'SELECT FROM'"_s),

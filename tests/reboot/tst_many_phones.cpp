@@ -142,9 +142,9 @@ void tst_many_phones::confirms()
     QStringList told = m_lines.filter(QRegularExpression(u"^10"_s));
     told.replaceInStrings(QRegularExpression(u"\\d\\d:\\d\\d:\\d\\d"_s), u"TIME"_s);
     told.sort();
-    QCOMPARE(told, QStringList({u"101 - phone 101: restarted, down at TIME, up again at TIME"_s,
-                                u"102 - phone 102: not restarted: still up after 1 seconds"_s,
-                                u"103 - phone 103: down at TIME, not back after 2 seconds"_s}));
+    QCOMPARE(told, QStringList({u"101 - phone 101 - restarted, down at TIME, up again at TIME"_s,
+                                u"102 - phone 102 - not restarted: still up after 1 seconds"_s,
+                                u"103 - phone 103 - down at TIME, not back after 2 seconds"_s}));
     QCOMPARE(summaryOf(m_database->main, counts, true),
              u"1 restarted, 1 refused, 0 unreachable, 2 not confirmed"_s);
     QCOMPARE(counts.failed, QStringList({u"102"_s, u"103"_s, u"104"_s}));

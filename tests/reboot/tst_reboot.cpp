@@ -47,6 +47,7 @@ private Q_SLOTS:
     void sharesOneBudget();
     void stopsAtUnknownModels();
     void needsTheModelsRows();
+    void hidesPasswords();
     void aborts_data();
     void aborts();
 
@@ -301,6 +302,19 @@ void tst_reboot::needsTheModelsRows()
     QCOMPARE(m_database->user.shown, QStringList(u"M20: $$IP3"_s));
     QCOMPARE(phone.received(), QList<QByteArray>());
     QCOMPARE(m_lines, QStringList());
+}
+
+void tst_reboot::hidesPasswords()
+{
+    // A password that is taken for a macro is refused; its message tells of one, not of the password.
+    m_database->addParameter(u"PAP2"_s, u"CPWD"_s, u"C"_s, {});
+    m_database->addDevice(u"PAP2"_s, u"101"_s, 1);
+    m_database->run(u"UPDATE SYSTEM_PARAMETERS SET SY_VALUE = 'CPWD' WHERE SY_SUBCODE = '$$EPWD'"_s);
+    m_database->run(u"INSERT INTO COMPANY_PARAMETERS VALUES('C1', 'PAP2', 'CPWD', '$$hush')"_s);
+    const DeviceDouble phone(pap2Device("$$hush"));
+    run(u"PAP2"_s, phone.port());
+    QCOMPARE(m_database->user.shown, QStringList(u"M6: ***"_s));
+    QVERIFY(!m_lines.join(u'\n').contains("hush"_L1));
 }
 
 void tst_reboot::aborts_data()

@@ -60,7 +60,7 @@ FManyRecords::FManyRecords(MMain& main, const TableDescription& table, const QLi
       m_status(new QLabel),
       m_write(new QPushButton(main.messageLine(kind == Kind::Delete ? u"OK_DEL"_s : u"OK_UPD"_s))),
       m_cancel(new QPushButton(u"Cancel"_s)),
-      m_othersCaption(main.textOr(u"MANY_OTHERS"_s, u"Write the Others"_s)),
+      m_othersCaption(main.textOr(u"MANY_OTHERS"_s, u"Go On with the Others"_s)),
       m_closeCaption(main.textOr(u"CANCEL_END"_s, u"Close"_s))
 {
     setObjectName(u"FManyRecords"_s);

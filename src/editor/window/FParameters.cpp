@@ -234,6 +234,9 @@ void FParameters::carryOut(RecordAction action)
     case RecordAction::Copy:
         copy();
         break;
+    case RecordAction::Paste:
+        m_ui.transfer->importPasted(QGuiApplication::clipboard()->text());
+        break;
     }
 }
 
@@ -373,7 +376,7 @@ void FParameters::keyPressEvent(QKeyEvent* event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (enter && editing() && m_ui.panel->isAncestorOf(focusWidget()))
-        enterPressed(event->modifiers().testFlag(Qt::ControlModifier));
+        enterPressed(*event);
     else if (event->key() == Qt::Key_Escape && m_ui.list->isLoading())
         m_ui.list->stopLoading();
     else if (event->key() == Qt::Key_Escape && editing())
@@ -387,8 +390,12 @@ void FParameters::keyPressEvent(QKeyEvent* event)
 }
 
 /// A new record is gone through to its last field, so that none is left out by mistake.
-void FParameters::enterPressed(bool atOnce)
+void FParameters::enterPressed(const QKeyEvent& event)
 {
+    // Held down, it would add one record after the other.
+    if (event.isAutoRepeat())
+        return;
+    const bool atOnce = event.modifiers().testFlag(Qt::ControlModifier);
     const bool isNew = m_ui.panel->form()->mode() == RecordMode::Insert;
     if (isNew && atOnce)
         m_ui.goOn->click();

@@ -55,7 +55,7 @@ private:
     void tellIfHidden(const QStringList& values);
     void closePanel();
     bool editing() const { return m_ui.panel->form().has_value(); }
-    void enterPressed(bool atOnce);
+    void enterPressed(const QKeyEvent& event);
     void giveUp();
     bool mayDiscard();
 

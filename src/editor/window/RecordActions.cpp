@@ -86,6 +86,10 @@ RecordActions::RecordActions(MMain& main, RecordView& list, QWidget* parent)
          .caption = u"Copy"_s,
          .keys = {QKeySequence::Copy},
          .least = 1});
+    add({.action = RecordAction::Paste,
+         .name = u"Paste"_s,
+         .caption = u"Paste..."_s,
+         .keys = {QKeySequence::Paste}});
     m_more->setObjectName(u"More"_s);
     m_more->setMenu(m_popup);
     layout->addWidget(m_more);

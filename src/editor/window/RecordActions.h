@@ -10,7 +10,7 @@ namespace velmora {
 class MMain;
 class RecordView;
 
-enum class RecordAction { New, Duplicate, Edit, Delete, SetColumn, Copy };
+enum class RecordAction { New, Duplicate, Edit, Delete, SetColumn, Copy, Paste };
 
 /// The actions as buttons, as keys and a double click in the list, and as the popup of a record.
 class RecordActions : public QWidget {
