@@ -1,19 +1,8 @@
 #include "runs/log_model.h"
 
-#include <QApplication>
-#include <QPalette>
+#include "windows/remark_colour.h"
 
 namespace velmora {
-
-namespace {
-
-QColor remarkColour()
-{
-    const bool dark = QApplication::palette().color(QPalette::Base).lightness() < 128;
-    return dark ? QColor(255, 170, 90) : QColor(165, 60, 0);
-}
-
-} // namespace
 
 LogModel::LogModel(const QIcon& mark, QObject* parent) : QAbstractListModel(parent), m_mark(mark) {}
 

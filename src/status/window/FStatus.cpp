@@ -5,6 +5,7 @@
 #include "generation/generate.h"
 #include "status/status_lines.h"
 #include "windows/failure_report.h"
+#include "windows/remark_colour.h"
 #include "windows/wait_cursor.h"
 
 #include <QClipboard>

@@ -2,11 +2,10 @@
 
 #include "common/MMain.h"
 #include "common/texts/folded_text.h"
+#include "windows/remark_colour.h"
 
-#include <QApplication>
 #include <QDateTime>
 #include <QLocale>
-#include <QPalette>
 
 #include <algorithm>
 
@@ -22,12 +21,6 @@ bool isInOrder(FileState state)
 }
 
 } // namespace
-
-QColor remarkColour()
-{
-    const bool dark = QApplication::palette().color(QPalette::Base).lightness() < 128;
-    return dark ? QColor(255, 170, 90) : QColor(165, 60, 0);
-}
 
 PhoneTable::PhoneTable(MMain& main, QObject* parent)
     : QAbstractTableModel(parent),

@@ -4,13 +4,9 @@
 #include "status/phone_status.h"
 
 #include <QAbstractTableModel>
-#include <QColor>
 #include <QSortFilterProxyModel>
 
 namespace velmora {
-
-/// The colour of what is not in order, as in the list of a run.
-QColor remarkColour();
 
 /// A row for each phone and each file without one.
 class PhoneTable : public QAbstractTableModel {

@@ -1,6 +1,7 @@
 #include "editor/transfer/window/verdict_model.h"
 
 #include "common/MMain.h"
+#include "windows/remark_colour.h"
 
 #include <QApplication>
 #include <QPalette>
@@ -20,12 +21,6 @@ QStringList captionsOf(const TableDescription& table)
     for (const TableColumn& column : table.columns)
         captions << column.caption;
     return captions;
-}
-
-QColor refusedColour()
-{
-    const bool dark = QApplication::palette().color(QPalette::Base).lightness() < 128;
-    return dark ? QColor(255, 170, 90) : QColor(165, 60, 0);
 }
 
 } // namespace
@@ -98,7 +93,7 @@ QVariant VerdictModel::data(const QModelIndex& index, int role) const
     if (role == Qt::TextAlignmentRole && index.column() == NumberColumn)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     if (role == Qt::ForegroundRole && refused)
-        return refusedColour();
+        return remarkColour();
     if (role == Qt::DecorationRole && refused && index.column() == VerdictColumn)
         return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
     return {};
