@@ -3,7 +3,6 @@
 #include "common/MMain.h"
 #include "files/stored_path.h"
 #include "generation/remembered_levels.h"
-#include "modules/modules.h"
 #include "runs/phone_selection.h"
 
 #include <QRegularExpression>
@@ -12,11 +11,16 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-const Writer* writerOf(MMain& main, const QString& model)
+const Module* moduleOfModel(MMain& main, const QString& model)
 {
     const Recordset rows =
         main.connection.select(u"SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = ?"_s, {model});
-    const Module* module = rows.eof() ? nullptr : moduleOf(rows.text(0));
+    return rows.eof() ? nullptr : moduleOf(rows.text(0));
+}
+
+const Writer* writerOf(MMain& main, const QString& model)
+{
+    const Module* module = moduleOfModel(main, model);
     return module ? module->writer : nullptr;
 }
 

@@ -1,7 +1,7 @@
 // Where the files of a model's phones go.
 #pragma once
 
-#include "modules/writer.h"
+#include "modules/modules.h"
 
 #include <optional>
 
@@ -15,6 +15,9 @@ struct Destination {
     QString folder;
     Levels levels;
 };
+
+/// The module of the model; null where it has none.
+const Module* moduleOfModel(MMain& main, const QString& model);
 
 /// The writer of the model's files; null where its phones load none.
 const Writer* writerOf(MMain& main, const QString& model);

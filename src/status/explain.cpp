@@ -2,9 +2,11 @@
 
 #include "common/MMain.h"
 #include "files/ansi.h"
+#include "generation/destination.h"
 #include "generation/phone_files.h"
 #include "generation/remembered_levels.h"
-#include "modules/modules.h"
+#include "modules/GXP2000.h"
+#include "modules/PAP2.h"
 #include "status/allowed_values.h"
 
 #include <QScopeGuard>
@@ -36,13 +38,6 @@ QMap<QString, CatalogueEntry> catalogueOf(MMain& main, const QString& model)
     return catalogue;
 }
 
-QString moduleOfModel(MMain& main, const QString& model)
-{
-    const Recordset rows =
-        main.connection.select(u"SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = ?"_s, {model});
-    return rows.eof() ? QString() : rows.text(0);
-}
-
 ValueSource sourceOf(const ParameterRow& row)
 {
     return row.level == u'E'   ? ValueSource::Default
@@ -51,13 +46,14 @@ ValueSource sourceOf(const ParameterRow& row)
 }
 
 /// The characters that keep a value from being read back as it stands from a file of the module.
-QString separatorsOf(const QString& module)
+QString separatorsOf(const Module* module)
 {
-    return module == "GRANDSTREAM"_L1 ? u"&"_s : module == "PAP2"_L1 ? u"<&"_s : QString();
+    const Writer* writer = module ? module->writer : nullptr;
+    return writer == &GXP2000 ? u"&"_s : writer == &PAP2 ? u"<&"_s : QString();
 }
 
 /// The characters of `value` that a file of the module can't hold, each once.
-QStringList charactersThatDoNotFit(const QString& value, const QString& module)
+QStringList charactersThatDoNotFit(const QString& value, const Module* module)
 {
     const QString separators = separatorsOf(module);
     QStringList found;
@@ -199,7 +195,7 @@ private:
     MMain& m_main;
     const Phone m_phone;
     const Levels m_levels;
-    const QString m_module;
+    const Module* m_module;
     const QMap<QString, CatalogueEntry> m_catalogue;
     RunRows m_rows;
     /// What would stand in the file.

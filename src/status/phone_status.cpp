@@ -6,7 +6,6 @@
 #include "generation/destination.h"
 #include "generation/phone_files.h"
 #include "modules/GXP2000.h"
-#include "modules/modules.h"
 #include "reboot/last_restart.h"
 #include "status/device_files.h"
 #include "status/orphans.h"
@@ -72,14 +71,6 @@ QList<Difference> differencesOf(const FileContents& inFile, const FileContents& 
         current += order >= 0 ? 1 : 0;
     }
     return differences;
-}
-
-/// The module of the model; null where it has none.
-const Module* moduleOfModel(MMain& main, const QString& model)
-{
-    const Recordset rows =
-        main.connection.select(u"SELECT EQ_MODULE FROM EQUIPMENT WHERE EQ_CODE = ?"_s, {model});
-    return rows.eof() ? nullptr : moduleOf(rows.text(0));
 }
 
 /// The comparison of the phones of one request.

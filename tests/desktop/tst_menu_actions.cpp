@@ -2,12 +2,14 @@
 // creates it.
 #include "common/MMain.h"
 #include "desktop/menu_actions.h"
+#include "editor/list/RecordView.h"
 #include "files/whole_file.h"
 #include "mainwindow/menu.h"
 #include "startup/start_up.h"
 #include "support/program_folder_fixture.h"
 #include "support/recorded_prompts.h"
 #include "support/rows.h"
+#include "support/test_database.h"
 
 #include <QAction>
 #include <QApplication>
@@ -18,6 +20,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
+#include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
 using namespace velmora;
@@ -29,6 +32,7 @@ private Q_SLOTS:
     void opensEveryWindow_data();
     void opensEveryWindow();
     void changesTheLanguage();
+    void leadsFromAPhoneToItsStatusAndBack();
 };
 
 void tst_menu_actions::opensEveryWindow_data()
@@ -108,6 +112,45 @@ void tst_menu_actions::changesTheLanguage()
     FMain other(main);
     offerLanguages(other, main);
     QVERIFY(!other.findChild<QPushButton*>(u"Language_FR"_s));
+}
+
+void tst_menu_actions::leadsFromAPhoneToItsStatusAndBack()
+{
+    TestDatabase database;
+    for (const QString& company : {u"C1"_s, u"C2"_s})
+        for (const QString& code : {u"101"_s, u"102"_s})
+            database.addPhone(company, u"PAP2"_s, code, "phone "_L1 + code, u"000000000000"_s);
+    database.addParameter(u"PAP2"_s, u"a"_s, u"E"_s, u"x"_s);
+    database.addParameter(u"PAP2"_s, u"b"_s, u"C"_s, u""_s);
+    for (const char* row : {"'AUTHM', '*', '*'", "'AUTHC', '*', '*'", "'$$TABS', '1', 'PHONES'",
+                            "'$$TABS', '2', 'COMPANY_PARAMETERS'"})
+        database.run("INSERT INTO SYSTEM_PARAMETERS VALUES("_L1 + QLatin1StringView(row) + u')');
+    for (const QString& company : {u"C1"_s, u"C2"_s})
+        database.run("INSERT INTO COMPANY_PARAMETERS VALUES('"_L1 + company + "', 'PAP2', 'b', 'y')"_L1);
+    FMain window(database.main);
+    window.setActions(menuActions(window, database.main));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.findChild<QAction*>(u"Config"_s)->trigger();
+    auto* records = window.findChild<RecordView*>(u"ListCom"_s);
+    QTRY_COMPARE(records->model()->rowCount(), 4);
+    records->selectRow(3);
+    records->setFocus();
+    QTest::keyClick(records, Qt::Key_I, Qt::ControlModifier);
+
+    const auto* status = window.findChild<QWidget*>(u"FStatus"_s);
+    QVERIFY(status);
+    const auto* phones = status->findChild<QTreeView*>(u"Phones"_s);
+    QCOMPARE(phones->currentIndex().data().toString(), u"102"_s);
+    QCOMPARE(status->findChild<QComboBox*>(u"Filter_1"_s)->currentText(), u"C2 \\\\ company"_s);
+    status->findChild<QTabWidget*>(u"Pages"_s)->setCurrentIndex(1);
+    auto* values = status->findChild<QTreeWidget*>(u"PageValues"_s);
+    values->setCurrentItem(values->topLevelItem(1));
+    values->setFocus();
+    QTest::keyClick(values, Qt::Key_Return);
+    QTRY_COMPARE(window.activeChild(), u"FParameters"_s);
+    QTRY_COMPARE(records->selectedRecord(), QStringList({u"C2"_s, u"PAP2"_s, u"b"_s, u"y"_s}));
+    QCOMPARE(records->model()->rowCount(), 1); // the filters show this company's values alone
 }
 
 QTEST_MAIN(tst_menu_actions)

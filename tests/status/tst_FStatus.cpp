@@ -117,8 +117,9 @@ void tst_FStatus::leadsToTheEditorAndBack()
                 record = key;
             });
     values->setCurrentItem(values->topLevelItem(2));
+    values->setFocus();
     QTest::keyClick(values, Qt::Key_Return);
-    QCOMPARE(table, u"COMPANY_PARAMETERS"_s);
+    QTRY_COMPARE(table, u"COMPANY_PARAMETERS"_s);
     QCOMPARE(record, (QHash<QString, QString>{
                          {u"CO_CODE"_s, u"C1"_s}, {u"EQ_CODE"_s, u"PAP2"_s}, {u"PA_CODE"_s, u"server"_s}}));
 }

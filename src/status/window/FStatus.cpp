@@ -197,7 +197,8 @@ void FStatus::connectControls()
             guarded(&FStatus::phoneChosen));
     connect(m_phones->selectionModel(), &QItemSelectionModel::selectionChanged, this, &FStatus::rowsChosen);
     connect(m_pages, &QTabWidget::currentChanged, this, guarded(&FStatus::phoneChosen));
-    connect(m_values, &QTreeWidget::itemActivated, this, &FStatus::openInEditor);
+    // Once the key has been dealt with: it must not get to another window, nor to the start button.
+    connect(m_values, &QTreeWidget::itemActivated, this, &FStatus::openInEditor, Qt::QueuedConnection);
     const auto starts = [this](Task task) {
         return [this, task] {
             m_task = task;
@@ -254,7 +255,8 @@ QString FStatus::missing() const
 /// Return in a list opens what is current there.
 bool FStatus::startsByReturn() const
 {
-    return !m_phones->hasFocus() && !m_differences->hasFocus() && !m_values->hasFocus();
+    const QWidget* focus = focusWidget();
+    return focus != m_phones && focus != m_differences && focus != m_values;
 }
 
 void FStatus::enabledChanged(bool)
