@@ -164,8 +164,12 @@ bool ChosenRows::filterAcceptsRow(int row, const QModelIndex& parent) const
 
 bool ChosenRows::lessThan(const QModelIndex& left, const QModelIndex& right) const
 {
+    const PhoneStatus& one = m_table.at(left.row());
+    const PhoneStatus& other = m_table.at(right.row());
     if (left.column() == PhoneTable::Differences)
-        return m_table.at(left.row()).differences < m_table.at(right.row()).differences;
+        return one.differences < other.differences;
+    if (left.column() == PhoneTable::LastRestart)
+        return one.lastRestart < other.lastRestart;
     return QSortFilterProxyModel::lessThan(left, right);
 }
 
