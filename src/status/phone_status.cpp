@@ -11,6 +11,7 @@
 #include "status/orphans.h"
 
 #include <QDir>
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -257,6 +258,19 @@ bool comparePhones(MMain& main, const QList<GenerationRequest>& requests, const 
     for (const Orphan& orphan : orphans.find(main, requests))
         each({{}, orphan.name, orphan.folder, FileState::Orphan, 0, {}, {}, {}}, {});
     return true;
+}
+
+QList<Difference> differencesOf(MMain& main, const GenerationRequest& request)
+{
+    const Recordset before = main.phones;
+    const auto restore = qScopeGuard([&] { main.phones = before; });
+    main.phones = selectedPhones(main, request);
+    if (main.phones.eof())
+        return {};
+    Orphans unused;
+    Comparison comparison(main, request, unused);
+    comparison.of(main.currentPhone());
+    return comparison.differences();
 }
 
 } // namespace velmora

@@ -59,4 +59,8 @@ using ProgressSink = std::function<void(qsizetype done, qsizetype total)>;
 bool comparePhones(MMain& main, const QList<GenerationRequest>& requests, const StatusSink& each,
                    const ProgressSink& progress);
 
+/// What differs in the file of the one phone that the request selects; nothing where it can't be read. The
+/// main module's phones stay as they are. Throws DatabaseError.
+QList<Difference> differencesOf(MMain& main, const GenerationRequest& request);
+
 } // namespace velmora

@@ -5,8 +5,6 @@
 #include "generation/generate.h"
 #include "status/status_lines.h"
 #include "windows/failure_report.h"
-#include "windows/remark_colour.h"
-#include "windows/wait_cursor.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -24,42 +22,6 @@ using namespace Qt::StringLiterals;
 
 namespace velmora {
 
-namespace {
-
-/// A list that is filled whole: at most as many rows as a phone has parameters.
-QTreeWidget* createPage(const QString& name)
-{
-    auto* page = new QTreeWidget;
-    page->setObjectName(name);
-    page->setRootIsDecorated(false);
-    page->setAlternatingRowColors(true);
-    page->setUniformRowHeights(true);
-    page->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    page->setTextElideMode(Qt::ElideRight);
-    return page;
-}
-
-/// The table of the editor that holds the value, and where there.
-std::pair<QString, QHash<QString, QString>> recordOf(const Phone& phone, const ExplainedParameter& parameter)
-{
-    const QString model = parameter.model.isEmpty() ? phone.equipment : parameter.model;
-    switch (parameter.source) {
-    case ValueSource::Company:
-        return {u"COMPANY_PARAMETERS"_s,
-                {{u"CO_CODE"_s, phone.company}, {u"EQ_CODE"_s, model}, {u"PA_CODE"_s, parameter.code}}};
-    case ValueSource::Phone:
-        return {u"PHONES_PARAMETERS"_s,
-                {{u"CO_CODE"_s, phone.company},
-                 {u"EQ_CODE"_s, model},
-                 {u"PH_CODE"_s, phone.code},
-                 {u"PA_CODE"_s, parameter.code}}};
-    default:
-        return {u"EQUIPMENT_PARAMETERS"_s, {{u"EQ_CODE"_s, model}, {u"PA_CODE"_s, parameter.code}}};
-    }
-}
-
-} // namespace
-
 FStatus::FStatus(MMain& main, quint16 port)
     : BatchWindow(main, u"FStatus"_s, u"Status of Phones"_s, {u"List1"_s, u"Refresh"_s, u"Refresh"_s}),
       m_selection(new SelectionPanel(main, 2)),
@@ -71,9 +33,7 @@ FStatus::FStatus(MMain& main, quint16 port)
       m_table(new PhoneTable(main, this)),
       m_rows(new ChosenRows(*m_table, this)),
       m_phones(new QTreeView),
-      m_pages(new QTabWidget),
-      m_differences(createPage(u"PageDifferences"_s)),
-      m_values(createPage(u"PageValues"_s)),
+      m_pages(new PhonePages(main)),
       m_generate(new QPushButton(u"Generate"_s)),
       m_restart(new QPushButton(u"Restart"_s)),
       m_copy(new QPushButton(u"Copy"_s)),
@@ -148,20 +108,6 @@ QWidget* FStatus::createLists()
     m_phones->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_phones->setSortingEnabled(true);
     m_phones->header()->setSortIndicator(-1, Qt::AscendingOrder);
-    const auto text = [this](const QString& code, const QString& design) {
-        return m_main.textOr(code, design);
-    };
-    const QString parameter = text(u"PA_CODE"_s, u"Parameter"_s);
-    const QString description = text(u"PA_DESC"_s, u"Description"_s);
-    m_differences->setHeaderLabels({parameter, description, text(u"FSTATUS_INFILE"_s, u"In the file"_s),
-                                    text(u"FSTATUS_NOW"_s, u"Now"_s)});
-    m_values->setHeaderLabels({parameter, description, text(u"FSTATUS_VALUE"_s, u"Value as written"_s),
-                               text(u"LE_CODE"_s, u"Level"_s), text(u"FSTATUS_SOURCE"_s, u"From"_s),
-                               text(u"FSTATUS_STORED"_s, u"As stored"_s),
-                               text(u"FSTATUS_REMARK"_s, u"Remark"_s)});
-    m_pages->addTab(m_differences, text(u"FSTATUS_PAGEDIFF"_s, u"Differences"_s));
-    m_pages->addTab(m_values, text(u"FSTATUS_PAGEVALUES"_s, u"Values"_s));
-    m_pages->setObjectName(u"Pages"_s);
     auto* splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_phones);
     splitter->addWidget(m_pages);
@@ -196,9 +142,7 @@ void FStatus::connectControls()
     connect(m_phones->selectionModel(), &QItemSelectionModel::currentChanged, this,
             guarded(&FStatus::phoneChosen));
     connect(m_phones->selectionModel(), &QItemSelectionModel::selectionChanged, this, &FStatus::rowsChosen);
-    connect(m_pages, &QTabWidget::currentChanged, this, guarded(&FStatus::phoneChosen));
-    // Once the key has been dealt with: it must not get to another window, nor to the start button.
-    connect(m_values, &QTreeWidget::itemActivated, this, &FStatus::openInEditor, Qt::QueuedConnection);
+    connect(m_pages, &PhonePages::recordWanted, this, &FStatus::recordWanted);
     const auto starts = [this](Task task) {
         return [this, task] {
             m_task = task;
@@ -256,7 +200,7 @@ QString FStatus::missing() const
 bool FStatus::startsByReturn() const
 {
     const QWidget* focus = focusWidget();
-    return focus != m_phones && focus != m_differences && focus != m_values;
+    return focus != m_phones && !m_pages->isFocus(focus);
 }
 
 void FStatus::enabledChanged(bool)
@@ -391,81 +335,21 @@ void FStatus::rowsChosen()
     set(m_restart, m_restartCaption, phones);
 }
 
-/// Shows what there is to know about the current phone on the page that is open.
+/// Shows what there is to know about the current phone.
 void FStatus::phoneChosen()
 {
-    m_differences->clear();
-    m_values->clear();
-    m_explained.clear();
+    m_pages->forgetPhone();
     const QModelIndex current = m_phones->currentIndex();
     if (!current.isValid())
         return;
     const PhoneStatus& status = m_table->at(m_rows->mapToSource(current).row());
     if (!status.phone)
         return;
-    const WaitCursor waiting;
-    m_explained = explain(m_main, *status.phone);
-    if (m_pages->currentWidget() == m_values)
-        showValues();
-    else if (status.state == FileState::Different && (isRunning() || !m_main.batch.running()))
-        showDifferences(*status.phone);
-}
-
-void FStatus::showDifferences(const Phone& phone)
-{
-    QHash<QString, QString> descriptions;
-    for (const ExplainedParameter& parameter : m_explained)
-        descriptions.insert(parameter.code, parameter.description);
-    const QString absent = m_main.textOr(u"FSTATUS_ABSENT"_s, u"(absent)"_s);
-    const auto add = [&](const Difference& difference) {
-        m_differences->addTopLevelItem(
-            new QTreeWidgetItem({difference.parameter, descriptions.value(difference.parameter),
-                                 difference.inFile.value_or(absent), difference.now.value_or(absent)}));
-    };
-    PhoneChoice choice{phone.company, phone.equipment};
-    choice.codes = QStringList(phone.code);
-    comparePhones(
-        m_main, requests(choice),
-        [&](const PhoneStatus& found, const QList<Difference>& differences) {
-            if (found.phone)
-                std::for_each(differences.begin(), differences.end(), add);
-        },
-        [](qsizetype, qsizetype) {});
-    for (int column = 0; column < m_differences->columnCount(); ++column)
-        m_differences->resizeColumnToContents(column);
-}
-
-void FStatus::showValues()
-{
-    const QHash<ValueSource, QString> sources = {
-        {ValueSource::Default, m_main.textOr(u"STATUS_DEFAULT"_s, u"default"_s)},
-        {ValueSource::Company, m_main.textOr(u"STATUS_COMPANY"_s, u"company"_s)},
-        {ValueSource::Phone, m_main.textOr(u"STATUS_PHONE"_s, u"phone"_s)},
-        {ValueSource::Absent, m_main.textOr(u"STATUS_ABSENT"_s, u"absent"_s)}};
-    QList<QTreeWidgetItem*> items;
-    for (const ExplainedParameter& each : m_explained) {
-        auto* item =
-            new QTreeWidgetItem({each.code, each.description, each.value.value_or(QString()), each.level,
-                                 sources.value(each.source), each.stored, each.remarks.join("; "_L1)});
-        if (!each.remarks.isEmpty())
-            for (int column = 0; column < m_values->columnCount(); ++column)
-                item->setForeground(column, remarkColour());
-        items << item;
-    }
-    m_values->addTopLevelItems(items);
-    for (int column = 0; column < m_values->columnCount(); ++column)
-        m_values->resizeColumnToContents(column);
-}
-
-void FStatus::openInEditor()
-{
-    const int row = m_values->indexOfTopLevelItem(m_values->currentItem());
-    const QModelIndex current = m_phones->currentIndex();
-    if (row < 0 || row >= m_explained.size() || !current.isValid())
-        return;
-    const auto [table, key] =
-        recordOf(*m_table->at(m_rows->mapToSource(current).row()).phone, m_explained[row]);
-    Q_EMIT recordWanted(table, key);
+    std::optional<GenerationRequest> request;
+    if (status.state == FileState::Different)
+        request = requests({status.phone->company, status.phone->equipment, {}, {}, {{status.phone->code}}})
+                      .first();
+    m_pages->showPhone(*status.phone, request);
 }
 
 void FStatus::copyRows()

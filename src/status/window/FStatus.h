@@ -6,15 +6,13 @@
 #include "runs/BatchWindow.h"
 #include "runs/FolderPicker.h"
 #include "runs/SelectionPanel.h"
-#include "status/explain.h"
+#include "status/window/PhonePages.h"
 #include "status/window/phone_table.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QTabWidget>
 #include <QTreeView>
-#include <QTreeWidget>
 
 namespace velmora {
 
@@ -48,9 +46,6 @@ private:
     void rememberFolder();
     void phoneChosen();
     void rowsChosen();
-    void showDifferences(const Phone& phone);
-    void showValues();
-    void openInEditor();
     void copyRows();
 
     bool run() override;
@@ -80,9 +75,7 @@ private:
     PhoneTable* m_table;
     ChosenRows* m_rows;
     QTreeView* m_phones;
-    QTabWidget* m_pages;
-    QTreeWidget* m_differences;
-    QTreeWidget* m_values;
+    PhonePages* m_pages;
     QPushButton* m_generate;
     QPushButton* m_restart;
     QPushButton* m_copy;
@@ -90,8 +83,6 @@ private:
     Reboot m_reboot;
     /// The company and model that the list was read for.
     PhoneChoice m_shown;
-    /// Of the current phone.
-    QList<ExplainedParameter> m_explained;
     /// Of the buttons that say a number.
     QString m_copyCaption;
     QString m_generateCaption;
