@@ -210,6 +210,7 @@ void tst_cli::restartsPhones()
     QCOMPARE(device.received().size(), before); // nobody is restarted whose outcome could not be written
     QCOMPARE(run(reboot + " --at-once 65"_L1).status, 2);
 
+#ifndef Q_OS_WIN // there nothing but a console ends a program of it
     // The phone stays up; who does not wait for that is told what is not known.
     QProcess watching;
     start(watching, reboot + " --to 113 --confirm"_L1);
@@ -222,6 +223,7 @@ void tst_cli::restartsPhones()
                           "0 restarted, 0 refused, 0 unreachable, 0 not confirmed, 1 unknown\n"),
              out.constData());
     QCOMPARE(watching.exitCode(), 1);
+#endif
 }
 
 void tst_cli::keepsPhoneBooks()
@@ -267,7 +269,12 @@ void tst_cli::endsWithAMessageWhenAFileFails()
 
 void tst_cli::tellsThatOutputIsLost()
 {
-    if (!QFileInfo::exists(u"/dev/full"_s))
+#ifdef Q_OS_WIN
+    const bool fullDevice = false; // Wine shows it, but does not refuse what is written
+#else
+    const bool fullDevice = QFileInfo::exists(u"/dev/full"_s);
+#endif
+    if (!fullDevice)
         QSKIP("Needs a full device");
     for (const QString& arguments : {u"--help"_s, u"list companies"_s}) {
         QProcess program;
@@ -352,9 +359,11 @@ void tst_cli::transfersTables()
     QCOMPARE(names(), QStringList({u"Front\tdesk"_s, u"New"_s}));
     execute(u"DELETE FROM PHONES WHERE PH_CODE = '990'"_s);
 
+#ifndef Q_OS_WIN
     const Result noFile = run(u"table import PHONES --file /dev/zero"_s);
     QCOMPARE(noFile.err, u"/dev/zero: The file is larger than 64 MB.\n"_s);
     QCOMPARE(noFile.status, 1);
+#endif
 }
 
 tst_cli::Result tst_cli::runWithPassword(const QString& password, const QString& arguments) const
@@ -383,6 +392,9 @@ void tst_cli::asksForTheTablesPassword()
 /// What the manual tells to type, as it stands there.
 void tst_cli::carriesOutTheLinesOfTheManual()
 {
+#ifdef Q_OS_WIN
+    QSKIP("The lines are those of a shell");
+#endif
     for (const QString& language : {u"en"_s, u"fr"_s}) {
         const QString page =
             QString::fromUtf8(readWholeFile(u"" VELMORA_SHARE "/manual/"_s + language + ".htm"_L1));

@@ -7,7 +7,9 @@
 
 #include <QDirIterator>
 
+#ifndef Q_OS_WIN
 #include <sys/resource.h>
+#endif
 
 #include <csignal>
 #include <random>
@@ -299,6 +301,9 @@ void tst_generate::cancel()
 /// still fit.
 void tst_generate::fullDiskKeepsOlderFile()
 {
+#ifdef Q_OS_WIN
+    QSKIP("Windows has no such limit");
+#else
     m_request.levels = {false, false, true};
     m_request.withSource = true;
     writeWholeFile(m_out->filePath(u"GXP2000.txt"_s), "older");
@@ -313,6 +318,7 @@ void tst_generate::fullDiskKeepsOlderFile()
     QCOMPARE(files().size(), 1);
     QVERIFY(!through);
     QVERIFY(m_database->user.shown.constFirst().startsWith("M204: 101 - Ann - "_L1));
+#endif
 }
 
 /// More than are read at once, and a database that fails meanwhile.
