@@ -159,7 +159,12 @@ void renewFactoryDatabase(const QString& folder, const QString& share)
 
 QString installedShare()
 {
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../share/velmora"_L1);
+#ifdef Q_OS_WIN
+    const auto place = "/share/velmora"_L1;
+#else
+    const auto place = "/../share/velmora"_L1;
+#endif
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + place);
 }
 
 bool fillProgramFolder(const MMain& main, const QString& chosen, const QString& share)
