@@ -378,6 +378,9 @@ void tst_phonebook::exportsToAWorkbook()
     QCOMPARE(second, m_database->folder() + "/Phone_Book_2.xlsx"_L1);
     QCOMPARE(m_database->user.shown, QStringList({u"M33: 1"_s, u"M33: 1"_s}));
 
+#ifdef Q_OS_WIN
+    QSKIP("Nothing unpacks the workbook");
+#endif
     QStringList texts;
     static const QRegularExpression text(u"<t>([^<]*)"_s);
     for (const QRegularExpressionMatch& found : text.globalMatch(partOf(*first, u"xl/sharedStrings.xml"_s)))
