@@ -28,22 +28,29 @@ std::wstring longName(const QString& path)
     return (onServer ? "\\\\?\\UNC\\"_L1 + name.sliced(2) : "\\\\?\\"_L1 + name).toStdWString();
 }
 
-/// The error, or what is behind it: of a file that can't be replaced, the system says no more than that the
-/// access is denied, but who asks for its removal is told whether another program holds it.
-DWORD reasonBehind(DWORD error, const std::wstring& name)
+/// What keeps the file from being replaced now: nothing is ERROR_SUCCESS, also where there is no file.
+DWORD obstacle(const std::wstring& name)
 {
     const DWORD attributes = GetFileAttributesW(name.c_str());
-    if (error != ERROR_ACCESS_DENIED || attributes == INVALID_FILE_ATTRIBUTES)
-        return error;
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return ERROR_SUCCESS;
     if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
         return ERROR_FILE_READ_ONLY;
+    // Who asks for the removal of a file is told whether another program holds it.
     const HANDLE file =
         CreateFileW(name.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return GetLastError();
     CloseHandle(file);
-    return error;
+    return ERROR_SUCCESS;
+}
+
+/// The error of a replacement, which says no more than that the access is denied, or what is behind it.
+DWORD reasonBehind(DWORD error, const std::wstring& name)
+{
+    const DWORD known = error == ERROR_ACCESS_DENIED ? obstacle(name) : ERROR_SUCCESS;
+    return known == ERROR_SUCCESS ? error : known;
 }
 
 bool mayPass(DWORD error)
@@ -67,6 +74,12 @@ QString moveIntoPlace(const QString& from, const QString& to)
     return {};
 }
 
+QString obstacleTo(const QString& path)
+{
+    const DWORD reason = obstacle(longName(path));
+    return reason == ERROR_SUCCESS ? QString() : qt_error_string(static_cast<int>(reason));
+}
+
 #else
 
 QString moveIntoPlace(const QString& from, const QString& to)
@@ -74,6 +87,11 @@ QString moveIntoPlace(const QString& from, const QString& to)
     std::error_code failure;
     std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), failure);
     return failure ? QString::fromLocal8Bit(failure.message().c_str()) : QString();
+}
+
+QString obstacleTo(const QString&)
+{
+    return {}; // it is replaced whoever reads it
 }
 
 #endif

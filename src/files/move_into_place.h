@@ -11,4 +11,7 @@ namespace velmora {
 /// the system's reason where it can't be done, else an empty text.
 [[nodiscard]] QString moveIntoPlace(const QString& from, const QString& to);
 
+/// The system's reason why the file `path` could not be replaced now; empty where it could, or is not there.
+QString obstacleTo(const QString& path);
+
 } // namespace velmora

@@ -74,6 +74,8 @@ void checkWritable(const QString& path)
     checkName(path);
     if (QFileInfo(path).isDir())
         throw FileError(path, QString::fromLocal8Bit(std::strerror(EISDIR)));
+    if (const QString reason = obstacleTo(path); !reason.isEmpty())
+        throw FileError(path, reason);
     QFile file(unfinishedName(path));
     if (!openNew(file, path))
         throw FileError(path, file.errorString());
