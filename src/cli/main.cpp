@@ -5,6 +5,7 @@
 #include "common/texts/built_in_texts.h"
 #include "common/texts/refusal.h"
 #include "files/file_error.h"
+#include "platform/terminal.h"
 #include "platform/user_name.h"
 #include "schema/version.h"
 #include "startup/first_start.h"
@@ -50,6 +51,7 @@ ExitStatus withOutput(ExitStatus status, const QString& language)
 
 int main(int argc, char** argv)
 {
+    const Utf8Output output;
     QCoreApplication application(argc, argv);
     CommandLine line("velmora-cli", "Velmora: configuration files, phone books and restarts of IP phones",
                      "velmora-cli "_L1 + versionText());

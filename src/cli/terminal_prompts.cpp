@@ -1,31 +1,16 @@
 #include "cli/terminal_prompts.h"
 
-#include "platform/hidden_input.h"
+#include "platform/terminal.h"
 
 #include <QTextStream>
 
 #include <cstdio>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
 namespace velmora {
 
 namespace {
-
-bool onTerminal()
-{
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stdin)) != 0;
-#else
-    return isatty(fileno(stdin)) != 0;
-#endif
-}
 
 void show(const QString& text, const QString& details)
 {
@@ -38,16 +23,16 @@ void show(const QString& text, const QString& details)
 /// A line from the terminal; nothing without one, or at its end.
 std::optional<QString> ask(const QString& question)
 {
-    if (!onTerminal())
+    if (!isAtTerminal())
         return std::nullopt;
     QTextStream(stderr) << question << ' ';
-    const QString line = QTextStream(stdin).readLine();
+    const QString line = terminalLine();
     return line.isNull() ? std::nullopt : std::optional(line.trimmed());
 }
 
 bool askYesNo(const QString& question)
 {
-    if (!onTerminal())
+    if (!isAtTerminal())
         QTextStream(stderr) << question << " answered no; --yes answers yes\n";
     return ask(question + " [y/N]"_L1).value_or(QString()).startsWith(u'y', Qt::CaseInsensitive);
 }
@@ -57,13 +42,13 @@ std::optional<QString> askPassword(const QString& question)
 {
     if (qEnvironmentVariableIsSet(passwordVariable))
         return qEnvironmentVariable(passwordVariable);
-    if (!onTerminal())
+    if (!isAtTerminal())
         return std::nullopt;
     QTextStream err(stderr);
     err << question << ' ' << Qt::flush;
     const QString line = [] {
         const HiddenInput hidden;
-        return QTextStream(stdin).readLine();
+        return terminalLine();
     }();
     err << '\n';
     return line.isNull() ? std::nullopt : std::optional(line);

@@ -14,7 +14,9 @@ QString withoutTrailingSeparator(const QString& stored)
 QString localFolder(const QString& stored)
 {
 #ifdef Q_OS_WIN
-    return stored;
+    const QString native = QDir::toNativeSeparators(stored);
+    // A drive without it stands for the folder that was last used there.
+    return native.size() == 2 && native.endsWith(u':') ? native + u'\\' : native;
 #else
     return QString(stored).replace(u'\\', u'/');
 #endif
@@ -22,7 +24,17 @@ QString localFolder(const QString& stored)
 
 QString pathIn(const QString& folder, const QString& name)
 {
-    return folder.endsWith(QDir::separator()) ? folder + name : folder + QDir::separator() + name;
+    return folder.endsWith(u'/') || folder.endsWith(QDir::separator()) ? folder + name
+                                                                       : folder + QDir::separator() + name;
+}
+
+QString comparable(const QString& path)
+{
+#ifdef Q_OS_WIN
+    return path.toCaseFolded();
+#else
+    return path;
+#endif
 }
 
 } // namespace velmora

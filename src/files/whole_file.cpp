@@ -1,14 +1,15 @@
 #include "files/whole_file.h"
 
 #include "files/file_error.h"
+#include "files/move_into_place.h"
 #include "files/unfinished_file.h"
+#include "files/windows_names.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +30,13 @@ bool writeAll(QFile& file, const QByteArray& content)
     return true;
 }
 
+/// What is written must stand under the very name that was given.
+void checkName(const QString& path)
+{
+    if (const QString name = nameForbiddenHere(path); !name.isEmpty())
+        throw FileError(path, u"Windows does not allow the name \"%1\""_s.arg(name));
+}
+
 } // namespace
 
 QByteArray readWholeFile(const QString& path)
@@ -44,6 +52,7 @@ QByteArray readWholeFile(const QString& path)
 
 void writeWholeFile(const QString& path, const QByteArray& content, const QString& like)
 {
+    checkName(path);
     // Beside its place until it is whole. QSaveFile would also wait for the disk, which takes longer than all
     // the rest of a device file; what is lost with the power can be generated again.
     QFile file(unfinishedName(path));
@@ -56,16 +65,17 @@ void writeWholeFile(const QString& path, const QByteArray& content, const QStrin
     file.close();
     if (file.error() != QFileDevice::NoError)
         fail(file.errorString());
-    std::error_code failure;
-    std::filesystem::rename(file.fileName().toStdU16String(), path.toStdU16String(), failure);
-    if (failure)
-        fail(QString::fromLocal8Bit(failure.message().c_str()));
+    if (const QString reason = moveIntoPlace(file.fileName(), path); !reason.isEmpty())
+        fail(reason);
 }
 
 void checkWritable(const QString& path)
 {
+    checkName(path);
     if (QFileInfo(path).isDir())
         throw FileError(path, QString::fromLocal8Bit(std::strerror(EISDIR)));
+    if (const QString reason = obstacleTo(path); !reason.isEmpty())
+        throw FileError(path, reason);
     QFile file(unfinishedName(path));
     if (!openNew(file, path))
         throw FileError(path, file.errorString());

@@ -2,6 +2,7 @@
 
 #include "common/MMain.h"
 #include "files/stored_path.h"
+#include "files/windows_names.h"
 #include "generation/remembered_levels.h"
 #include "runs/phone_selection.h"
 
@@ -29,9 +30,11 @@ Destination rememberedDestination(MMain& main, const QString& company, const QSt
     return {rememberedFolder(main, company + model, u"$$GENPATH"_s), rememberedLevels(main, company, model)};
 }
 
-bool isFileName(const QString& name)
+QString refusalOfFileName(const QString& name)
 {
-    return !name.contains(u'/') && !name.contains(u'\\');
+    if (name.contains(u'/') || name.contains(u'\\'))
+        return u"M268"_s;
+    return nameForbiddenHere(name).isEmpty() ? QString() : u"M365"_s;
 }
 
 bool followsPattern(const QString& folder, const QString& pattern)
@@ -54,7 +57,7 @@ std::optional<QString> folderFor(const Destination& destination, const Phone& ph
     const MacroExpansion expansion = expandMacros(destination.folder, phone, MacroContext::Value);
     const QString folder = localFolder(expansion.text);
     if (folder.isEmpty() || !expansion.refusedToken.isEmpty() ||
-        !followsPattern(folder, localFolder(destination.folder)))
+        !followsPattern(folder, localFolder(destination.folder)) || !nameForbiddenHere(folder).isEmpty())
         return std::nullopt;
     return folder;
 }
@@ -64,7 +67,7 @@ std::optional<QString> deviceFilePath(const Destination& destination, const Writ
 {
     const std::optional<QString> folder = folderFor(destination, phone);
     const QString name = writer.names(phone, destination.levels).device;
-    if (!folder || !isFileName(name))
+    if (!folder || !refusalOfFileName(name).isEmpty())
         return std::nullopt;
     return pathIn(*folder, name);
 }

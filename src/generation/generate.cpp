@@ -5,6 +5,7 @@
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
+#include "files/windows_names.h"
 #include "generation/destination.h"
 #include "generation/phone_files.h"
 #include "modules/GXP2000.h"
@@ -85,6 +86,10 @@ private:
             remark(lineOf(u"M269"_s, describe(phone)));
             return true;
         }
+        if (const QString name = nameForbiddenHere(folder); !name.isEmpty()) {
+            remark(lineOf(u"M366"_s, describe(phone) + " - "_L1 + name));
+            return true;
+        }
         if (folder.isEmpty() || !QDir(folder).exists()) {
             m_main.showMessage(u"M7"_s, folder);
             return false;
@@ -146,11 +151,11 @@ private:
         }
         // The device file of a template replaces a source copy of the same name, which needs no writing then.
         const bool writesSource = m_request.withSource && names.source != names.device;
-        const QString& doubtful = isFileName(names.device) && writesSource ? names.source : names.device;
-        if (!isFileName(doubtful)) {
-            remark(lineOf(u"M268"_s, doubtful));
-            return true;
-        }
+        for (const QString& name : {names.device, writesSource ? names.source : names.device})
+            if (const QString refusal = refusalOfFileName(name); !refusal.isEmpty()) {
+                remark(lineOf(refusal, name));
+                return true;
+            }
         try {
             const DeviceFile file = m_files.device(writer, phone, parameters);
             const DeviceFile source =

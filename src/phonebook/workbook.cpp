@@ -1,11 +1,11 @@
 #include "phonebook/workbook.h"
 
 #include "files/file_error.h"
+#include "files/move_into_place.h"
 
 #include <QFile>
 
 #include <algorithm>
-#include <filesystem>
 #include <xlsxwriter.h>
 
 using namespace Qt::StringLiterals;
@@ -60,11 +60,9 @@ void writeWorkbook(const QString& path, const QStringList& headings, const QList
         QFile::remove(unfinished);
         throw FileError(path, QString::fromUtf8(lxw_strerror(error)));
     }
-    std::error_code failure;
-    std::filesystem::rename(unfinished.toStdU16String(), path.toStdU16String(), failure);
-    if (failure) {
+    if (const QString reason = moveIntoPlace(unfinished, path); !reason.isEmpty()) {
         QFile::remove(unfinished);
-        throw FileError(path, QString::fromLocal8Bit(failure.message().c_str()));
+        throw FileError(path, reason);
     }
 }
 

@@ -1,11 +1,18 @@
 #include "platform/interruption.h"
 
+#include <QObject>
+
+#include <memory>
+#include <utility>
+
+#ifdef Q_OS_WIN
+#include <QMutex>
+#include <windows.h>
+#else
 #include <QSocketNotifier>
 
-#ifdef Q_OS_UNIX
 #include <array>
 #include <csignal>
-#include <memory>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,7 +20,54 @@
 
 namespace velmora {
 
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_WIN
+
+namespace {
+
+// The system calls a handler in a thread of its own.
+QMutex guard;
+std::unique_ptr<QObject> receiver;
+std::function<void()> callback;
+
+/// Whether this is the first call, which the event loop is told of.
+bool passOn()
+{
+    const QMutexLocker locker(&guard);
+    if (!receiver || !callback)
+        return false;
+    return QMetaObject::invokeMethod(receiver.get(), std::exchange(callback, nullptr), Qt::QueuedConnection);
+}
+
+BOOL WINAPI interrupt(DWORD event)
+{
+    if (!passOn())
+        return FALSE;
+    // When this returns from any other request to end, the process is ended at once: the seconds that the
+    // system grants are for the event loop.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        Sleep(INFINITE);
+    return TRUE;
+}
+
+} // namespace
+
+Interruption::Interruption(std::function<void()> interrupted)
+{
+    const QMutexLocker locker(&guard);
+    receiver = std::make_unique<QObject>();
+    callback = std::move(interrupted);
+    SetConsoleCtrlHandler(interrupt, TRUE);
+}
+
+Interruption::~Interruption()
+{
+    SetConsoleCtrlHandler(interrupt, FALSE);
+    const QMutexLocker locker(&guard);
+    receiver.reset();
+    callback = nullptr;
+}
+
+#else
 
 namespace {
 
@@ -57,11 +111,6 @@ Interruption::~Interruption()
     for (const int end : ends)
         close(end);
 }
-
-#else
-
-Interruption::Interruption(std::function<void()>) {}
-Interruption::~Interruption() = default;
 
 #endif
 

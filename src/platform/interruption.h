@@ -6,7 +6,7 @@
 namespace velmora {
 
 /// While it lives, the first Ctrl+C (or the system's request to end) calls back from the event loop; the next
-/// one ends the program, as the first does on systems without signals. One at a time.
+/// one ends the program. One at a time.
 class Interruption {
 public:
     explicit Interruption(std::function<void()> interrupted);

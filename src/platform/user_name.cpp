@@ -1,6 +1,8 @@
 #include "platform/user_name.h"
 
 #ifdef Q_OS_WIN
+#include <array>
+#include <lmcons.h>
 #include <windows.h>
 #else
 #include <pwd.h>
@@ -13,9 +15,9 @@ namespace velmora {
 
 QString systemUserName()
 {
-    char buffer[100] = {};
-    DWORD size = sizeof buffer;
-    return GetUserNameA(buffer, &size) ? QString::fromLocal8Bit(buffer) : QString();
+    std::array<wchar_t, UNLEN + 1> buffer = {};
+    auto size = static_cast<DWORD>(buffer.size());
+    return GetUserNameW(buffer.data(), &size) ? QString::fromWCharArray(buffer.data()) : QString();
 }
 
 #else

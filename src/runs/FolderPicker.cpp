@@ -3,6 +3,7 @@
 #include "common/MMain.h"
 #include "files/file_error.h"
 #include "files/stored_path.h"
+#include "files/windows_names.h"
 #include "windows/failure_report.h"
 
 #include <QDir>
@@ -90,6 +91,8 @@ void FolderPicker::browse()
 void FolderPicker::create()
 {
     const QString folder = fixedPart(m_folder->text());
+    if (const QString name = nameForbiddenHere(folder); !name.isEmpty())
+        throw FileError(folder, m_main.messageLine(u"M367"_s, name));
     if (!QDir().mkpath(folder))
         throw FileError(folder, m_main.messageLine(u"M286"_s));
     setFolder(m_folder->text());

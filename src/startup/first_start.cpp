@@ -3,6 +3,7 @@
 #include "common/MMain.h"
 #include "database/connection_string.h"
 #include "files/file_error.h"
+#include "files/move_into_place.h"
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
@@ -15,7 +16,6 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -56,10 +56,9 @@ void moveUnlessThere(const QString& from, const QString& to)
 {
     if (QFile::exists(to) || !QFile::exists(from))
         return;
-    std::error_code failure;
-    std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), failure);
-    if (failure && !QFile::exists(to))
-        throw FileError(to, QString::fromLocal8Bit(failure.message().c_str()));
+    const QString reason = moveIntoPlace(from, to);
+    if (!reason.isEmpty() && !QFile::exists(to))
+        throw FileError(to, reason);
 }
 
 void fill(const QString& folder, const QString& share)

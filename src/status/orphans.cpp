@@ -1,6 +1,7 @@
 #include "status/orphans.h"
 
 #include "common/MMain.h"
+#include "files/stored_path.h"
 #include "generation/destination.h"
 
 #include <QDir>
@@ -47,31 +48,35 @@ QString Orphans::canonical(const QString& folder)
                                      : *m_folders.insert(folder, QFileInfo(folder).canonicalFilePath());
 }
 
+QString Orphans::keyOf(const QString& folder, const QString& name)
+{
+    return comparable(canonical(folder) + u'/' + name);
+}
+
 void Orphans::notePhone(const QString& folder, const QString& name)
 {
-    m_owned << canonical(folder) + u'/' + name;
+    m_owned << keyOf(folder, name);
 }
 
 QList<Orphan> Orphans::find(MMain& main, const QList<GenerationRequest>& requests)
 {
     const QList<QString> folders = m_folders.values();
-    QSet<QString> paths;
+    QHash<QString, Orphan> found;
     for (const QString& folder : QSet<QString>(folders.begin(), folders.end()))
         for (const QString& name : deviceFilesIn(folder))
-            if (const QString path = folder + u'/' + name; !m_owned.contains(path))
-                paths << path;
-    if (!paths.isEmpty())
-        dropOwned(main, requests, paths);
-    QStringList sorted(paths.begin(), paths.end());
-    sorted.sort();
-    QList<Orphan> orphans;
-    for (const QString& path : sorted)
-        orphans << Orphan{path.section(u'/', 0, -2), path.section(u'/', -1)};
+            if (const QString key = comparable(folder + u'/' + name); !m_owned.contains(key))
+                found.insert(key, {folder, name});
+    if (!found.isEmpty())
+        dropOwned(main, requests, found);
+    QList<Orphan> orphans = found.values();
+    std::sort(orphans.begin(), orphans.end(), [](const Orphan& one, const Orphan& other) {
+        return one.folder + u'/' + one.name < other.folder + u'/' + other.name;
+    });
     return orphans;
 }
 
-/// Takes the files of all phones of the database out of `paths`.
-void Orphans::dropOwned(MMain& main, const QList<GenerationRequest>& requests, QSet<QString>& paths)
+/// Takes the files of all phones of the database out of `found`.
+void Orphans::dropOwned(MMain& main, const QList<GenerationRequest>& requests, QHash<QString, Orphan>& found)
 {
     QHash<std::pair<QString, QString>, Target> targets;
     for (Recordset rows = main.connection.select(u"SELECT * FROM PHONES"_s); !rows.eof(); rows.moveNext()) {
@@ -83,8 +88,7 @@ void Orphans::dropOwned(MMain& main, const QList<GenerationRequest>& requests, Q
         const std::optional<QString> folder =
             target->writer ? folderFor(target->destination, phone) : std::nullopt;
         if (folder)
-            paths.remove(canonical(*folder) + u'/' +
-                         target->writer->names(phone, target->destination.levels).device);
+            found.remove(keyOf(*folder, target->writer->names(phone, target->destination.levels).device));
     }
 }
 

@@ -24,7 +24,8 @@ public:
 
 private:
     QString canonical(const QString& folder);
-    void dropOwned(MMain& main, const QList<GenerationRequest>& requests, QSet<QString>& paths);
+    void dropOwned(MMain& main, const QList<GenerationRequest>& requests, QHash<QString, Orphan>& found);
+    QString keyOf(const QString& folder, const QString& name);
 
     /// The folders as the file system knows them, by the names that lead there.
     QHash<QString, QString> m_folders;

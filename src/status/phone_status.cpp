@@ -123,8 +123,8 @@ private:
 
     Now now(PhoneStatus& status)
     {
-        if (!isFileName(status.file))
-            return {{}, m_main.messageLine(u"M268"_s, status.file).trimmed()};
+        if (const QString refusal = refusalOfFileName(status.file); !refusal.isEmpty())
+            return {{}, m_main.messageLine(refusal, status.file).trimmed()};
         QString refused;
         const auto parameters = m_files.parametersOf(
             *status.phone,
@@ -157,8 +157,8 @@ private:
 
     void compare(PhoneStatus& status, const Now& now)
     {
-        const FoundFile found =
-            isFileName(status.file) ? findFile(pathIn(status.folder, status.file)) : FoundFile();
+        const bool isPossible = refusalOfFileName(status.file).isEmpty();
+        const FoundFile found = isPossible ? findFile(pathIn(status.folder, status.file)) : FoundFile();
         status.remark = now.remark;
         if (!found.exists)
             status.state = now.bytes || !now.remark.isEmpty() ? FileState::Missing : FileState::NoFile;

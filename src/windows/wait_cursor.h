@@ -1,6 +1,7 @@
 // The cursor of a program that waits for its database.
 #pragma once
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace velmora {

@@ -5,6 +5,7 @@
 #include "files/stored_path.h"
 #include "files/unfinished_file.h"
 #include "files/whole_file.h"
+#include "files/windows_names.h"
 #include "support/rows.h"
 
 #include <QDateTime>
@@ -59,6 +60,8 @@ private Q_SLOTS:
     void removesLeftovers();
     void cutsOneTrailingSeparator_data();
     void cutsOneTrailingSeparator();
+    void findsNamesForbiddenOnWindows_data();
+    void findsNamesForbiddenOnWindows();
 
 private:
     QProcess m_living; // until the end of its input
@@ -231,6 +234,33 @@ void tst_files::cutsOneTrailingSeparator()
 {
     QFETCH(QString, stored);
     QTEST(withoutTrailingSeparator(stored), "cut");
+}
+
+void tst_files::findsNamesForbiddenOnWindows_data()
+{
+    columns<QString, QString>("path", "forbidden");
+    for (const char* allowed :
+         {"C:\\tftp\\cfg000b82000101", "\\\\server\\share\\a b", "\\\\?\\C:\\tftp", "D:", "C:/out/..\\x/",
+          "Été.txt", "console", "COM10", "nul_1.txt", "", ".part"})
+        row(allowed, allowed, "");
+    row("another content of a file", "C:\\tftp\\cfg00:0b", "cfg00:0b");
+    row("the folder last used on a drive", "C:tftp\\x", "C:tftp");
+    row("a drive further on", "\\\\server\\C:\\x", "C:");
+    row("a device", "C:\\tftp\\nul", "nul");
+    row("a device with an ending", "x/Com1.txt/y", "Com1.txt");
+    row("a device with a blank", "AUX .ini", "AUX .ini");
+    row("a device by another path", "\\\\.\\LPT³", "LPT³");
+    row("a dot at the end", "C:\\Smith Co.\\x", "Smith Co.");
+    row("a blank at the end", "x \\y", "x ");
+    row("a control character", "x\ty", "x\ty");
+    for (const char* name : {"a<b", "a>b", "a\"b", "a|b", "a?b", "a*b"})
+        row(name, name, name);
+}
+
+void tst_files::findsNamesForbiddenOnWindows()
+{
+    QFETCH(QString, path);
+    QTEST(nameForbiddenOnWindows(path), "forbidden");
 }
 
 QTEST_GUILESS_MAIN(tst_files)

@@ -2,6 +2,7 @@
 
 #include "database/connection.h"
 #include "database/engines/sqlite_schema_change.h"
+#include "files/move_into_place.h"
 #include "files/unfinished_file.h"
 
 #include <QDir>
@@ -12,7 +13,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
@@ -215,10 +215,8 @@ QString SqliteEngine::keepCopy(Connection& connection, const QString& name) cons
         throw DatabaseError(path, unfinished.errorString());
     unfinished.close();
     connection.execute(u"VACUUM INTO ?"_s, {unfinished.fileName()});
-    std::error_code failure;
-    std::filesystem::rename(unfinished.fileName().toStdU16String(), path.toStdU16String(), failure);
-    if (failure)
-        throw DatabaseError(path, QString::fromLocal8Bit(failure.message().c_str()));
+    if (const QString reason = moveIntoPlace(unfinished.fileName(), path); !reason.isEmpty())
+        throw DatabaseError(path, reason);
     remove.dismiss();
     return QDir::toNativeSeparators(path);
 }
