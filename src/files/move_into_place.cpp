@@ -18,10 +18,19 @@ namespace {
 constexpr int mostTries = 11;
 constexpr DWORD pause = 100; // milliseconds
 
+/// The name from the drive on, with that of this process where it has none.
+QString fullName(const QString& path)
+{
+    const std::wstring given = QDir::toNativeSeparators(path).toStdWString();
+    std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return QString::fromStdWString(full);
+}
+
 /// The name in the spelling that may be longer than 260 characters.
 std::wstring longName(const QString& path)
 {
-    const QString name = QDir::toNativeSeparators(QDir(path).absolutePath());
+    const QString name = fullName(path);
     if (name.startsWith("\\\\?\\"_L1))
         return name.toStdWString();
     const bool onServer = name.startsWith("\\\\"_L1);
