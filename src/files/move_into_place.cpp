@@ -21,11 +21,13 @@ constexpr DWORD pause = 100; // milliseconds
 /// The name in the spelling that may be longer than 260 characters.
 std::wstring longName(const QString& path)
 {
-    const QString name = QDir::toNativeSeparators(QDir(path).absolutePath());
-    if (name.startsWith("\\\\?\\"_L1))
-        return name.toStdWString();
-    const bool onServer = name.startsWith("\\\\"_L1);
-    return (onServer ? "\\\\?\\UNC\\"_L1 + name.sliced(2) : "\\\\?\\"_L1 + name).toStdWString();
+    const std::wstring given = QDir::toNativeSeparators(path).toStdWString();
+    std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    if (full.starts_with(L"\\\\?\\"))
+        return full;
+    const bool isOnServer = full.starts_with(L"\\\\");
+    return isOnServer ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
 }
 
 bool isReadOnly(const std::wstring& name)
