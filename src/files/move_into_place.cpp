@@ -21,41 +21,47 @@ constexpr DWORD pause = 100; // milliseconds
 /// The name in the spelling that may be longer than 260 characters.
 std::wstring longName(const QString& path)
 {
-    const QString name = QDir::toNativeSeparators(QDir(path).absolutePath());
-    if (name.startsWith("\\\\?\\"_L1))
-        return name.toStdWString();
-    const bool onServer = name.startsWith("\\\\"_L1);
-    return (onServer ? "\\\\?\\UNC\\"_L1 + name.sliced(2) : "\\\\?\\"_L1 + name).toStdWString();
+    const std::wstring given = QDir::toNativeSeparators(path).toStdWString();
+    std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    if (full.starts_with(L"\\\\?\\"))
+        return full;
+    const bool isOnServer = full.starts_with(L"\\\\");
+    return isOnServer ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
 }
 
-/// What keeps the file from being replaced now: nothing is ERROR_SUCCESS, also where there is no file.
-DWORD obstacle(const std::wstring& name)
+bool isReadOnly(const std::wstring& name)
 {
     const DWORD attributes = GetFileAttributesW(name.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES)
-        return ERROR_SUCCESS;
-    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+/// What keeps the file from being replaced; ERROR_SUCCESS where nothing does, or there is none. A replacement
+/// that fails says no more than that the access is denied; who asks for a file that nobody else has open is
+/// told more.
+DWORD obstacle(const std::wstring& name)
+{
+    if (isReadOnly(name))
         return ERROR_FILE_READ_ONLY;
-    // Who asks for the removal of a file is told whether another program holds it.
     const HANDLE file =
-        CreateFileW(name.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return GetLastError();
-    CloseHandle(file);
-    return ERROR_SUCCESS;
+        CreateFileW(name.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file != INVALID_HANDLE_VALUE)
+        CloseHandle(file);
+    const DWORD error = file == INVALID_HANDLE_VALUE ? GetLastError() : ERROR_SUCCESS;
+    const bool isAbsent = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    return isAbsent ? ERROR_SUCCESS : error;
 }
 
-/// The error of a replacement, which says no more than that the access is denied, or what is behind it.
-DWORD reasonBehind(DWORD error, const std::wstring& name)
+/// Whether what is refused now may be granted in a moment.
+bool mayPass(DWORD error, const std::wstring& target)
 {
-    const DWORD known = error == ERROR_ACCESS_DENIED ? obstacle(name) : ERROR_SUCCESS;
-    return known == ERROR_SUCCESS ? error : known;
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION ||
+           (error == ERROR_ACCESS_DENIED && !isReadOnly(target));
 }
 
-bool mayPass(DWORD error)
+QString textOf(DWORD error)
 {
-    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+    return error == ERROR_SUCCESS ? QString() : qt_error_string(static_cast<int>(error));
 }
 
 } // namespace
@@ -66,9 +72,11 @@ QString moveIntoPlace(const QString& from, const QString& to)
     const std::wstring target = longName(to);
     for (int tried = 1; MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING) == 0;
          ++tried) {
-        const DWORD reason = reasonBehind(GetLastError(), target);
-        if (!mayPass(reason) || tried == mostTries)
-            return qt_error_string(static_cast<int>(reason));
+        const DWORD error = GetLastError();
+        if (tried == mostTries || !mayPass(error, target)) {
+            const DWORD reason = error == ERROR_ACCESS_DENIED ? obstacle(target) : ERROR_SUCCESS;
+            return textOf(reason == ERROR_SUCCESS ? error : reason);
+        }
         Sleep(pause);
     }
     return {};
@@ -76,8 +84,7 @@ QString moveIntoPlace(const QString& from, const QString& to)
 
 QString obstacleTo(const QString& path)
 {
-    const DWORD reason = obstacle(longName(path));
-    return reason == ERROR_SUCCESS ? QString() : qt_error_string(static_cast<int>(reason));
+    return textOf(obstacle(longName(path)));
 }
 
 #else

@@ -87,7 +87,7 @@ private:
             return true;
         }
         if (const QString name = nameForbiddenHere(folder); !name.isEmpty()) {
-            remark(lineOf(u"M366"_s, describe(phone) + " - "_L1 + name));
+            remark(lineOf(u"M366"_s, describe(phone) + ": "_L1 + name));
             return true;
         }
         if (folder.isEmpty() || !QDir(folder).exists()) {

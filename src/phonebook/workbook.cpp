@@ -42,7 +42,7 @@ void setWidths(lxw_worksheet* sheet, const QStringList& headings, const QList<QS
 void writeWorkbook(const QString& path, const QStringList& headings, const QList<QStringList>& rows)
 {
     const QString unfinished = path + ".part"_L1;
-    lxw_workbook* book = workbook_new(QFile::encodeName(unfinished).constData());
+    lxw_workbook* book = workbook_new(unfinished.toUtf8().constData());
     if (!book)
         throw FileError(path, u"no memory for a workbook"_s);
     lxw_format* bold = workbook_add_format(book);

@@ -100,8 +100,11 @@ HiddenInput::~HiddenInput()
 
 Utf8Output::Utf8Output()
 {
-    for (std::FILE* stream : {stdout, stderr})
+    for (std::FILE* stream : {stdout, stderr}) {
         _setmode(_fileno(stream), _O_BINARY);
+        // Without one the bytes of a letter come one by one, of which the console knows none.
+        std::setvbuf(stream, nullptr, _IOFBF, 0x10000);
+    }
     codePage = GetConsoleOutputCP();
     SetConsoleCtrlHandler(putBack, TRUE);
     SetConsoleOutputCP(CP_UTF8);

@@ -1,5 +1,6 @@
 #include "runs/coroutines.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 
 #include <exception>
@@ -38,6 +39,9 @@ QCoro::Task<> noteEnd(QCoro::Task<> work, Ending& ending)
         ending.failure = std::current_exception();
     }
     ending.hasEnded = true;
+    // On Windows, what is posted is handled just before events are waited for: after such an end, for one
+    // more.
+    QAbstractEventDispatcher::instance()->wakeUp();
 }
 
 } // namespace
