@@ -2,6 +2,7 @@
 
 #ifdef Q_OS_WIN
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <fcntl.h>
 #include <io.h>
@@ -24,8 +25,8 @@ namespace {
 // What the console shows belongs to it, not to this process, and outlives it: so it is put back before Ctrl+C
 // or the like ends the process. That is told in a thread of its own, which can use nothing else.
 DWORD shownMode = 0;
-bool isHidden = false;
-UINT codePage = 0;
+std::atomic<bool> isHidden = false;
+std::atomic<UINT> codePage = 0;
 
 HANDLE input()
 {
@@ -34,16 +35,14 @@ HANDLE input()
 
 void showInput()
 {
-    if (isHidden)
+    if (isHidden.exchange(false))
         SetConsoleMode(input(), shownMode);
-    isHidden = false;
 }
 
 void putBackCodePage()
 {
-    if (codePage != 0)
-        SetConsoleOutputCP(codePage);
-    codePage = 0;
+    if (const UINT before = codePage.exchange(0); before != 0)
+        SetConsoleOutputCP(before);
 }
 
 BOOL WINAPI putBack(DWORD)
