@@ -72,12 +72,17 @@ QString adapted(QString statement)
 /// A function of the client library that the driver itself uses; null where it can't be found.
 QFunctionPointer clientFunction(const char* name)
 {
+#ifdef Q_OS_WIN
+    // There a library gives out no functions of those that it needs itself. The driver has loaded this one.
+    return QLibrary(u"libmariadb"_s).resolve(name);
+#else
     for (const QString& folder : QCoreApplication::libraryPaths()) {
         QLibrary driver(folder + "/sqldrivers/qsqlmysql"_L1);
         if (const QFunctionPointer function = driver.resolve(name))
             return function;
     }
     return nullptr;
+#endif
 }
 
 } // namespace
