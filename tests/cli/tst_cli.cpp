@@ -264,7 +264,7 @@ void tst_cli::endsWithAMessageWhenAFileFails()
     const Result result =
         run("phonebook generate --company LUNA --equipment GXP2000 --folder "_L1 + folder.path());
     QCOMPARE(result.status, 1);
-    QVERIFY2(result.err.contains(folder.path()), qPrintable(result.err));
+    QVERIFY2(result.err.contains(QDir::toNativeSeparators(folder.path())), qPrintable(result.err));
 }
 
 void tst_cli::tellsThatOutputIsLost()

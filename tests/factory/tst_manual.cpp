@@ -188,7 +188,8 @@ void tst_manual::refusesBrokenTemplates()
     };
     QCOMPARE(failure("<p>\n{{NO_SUCH_TEXT}}"),
              u"manual-en.htm: line 2: there is no text for {{NO_SUCH_TEXT}}"_s);
-    QCOMPARE(failure("<img src=\"missing.png\">"), u"missing.png: No such file or directory"_s);
+    QVERIFY(failure("<img src=\"missing.png\">")
+                .startsWith("missing.png: "_L1)); // and why, in the system's words
 }
 
 QTEST_GUILESS_MAIN(tst_manual)

@@ -5,6 +5,7 @@
 #include "support/rows.h"
 #include "support/test_database.h"
 
+#include <QDir>
 #include <QDirIterator>
 
 #ifndef Q_OS_WIN
@@ -166,9 +167,15 @@ void tst_generate::lines()
     m_request.phoneTo = u"102"_s;
     m_database->main.stopFlag = true; // left from a run before
     QCOMPARE(run(), 2);
-    QCOMPARE(m_lines.join(u'\n'), u"M13: 101 - 000B82000101.TXT - Ann\nM200: 1\nM15: \n"
-                                  "M13: 102 - 00:1.TXT - Ωtto $$P\nM200: 1\nM206: 00:1\nM11: : - 00:1\n"
-                                  "M202: 2\nM15: \nM12: \nM290: 2 / 2"_s);
+#ifdef Q_OS_WIN
+    const QString second = u"   No file: Windows does not allow this name: cfg00:1\n"_s;
+#else
+    const QString second = u"M11: : - 00:1\nM202: 2\nM15: \n"_s;
+#endif
+    QCOMPARE(m_lines.join(u'\n'), "M13: 101 - 000B82000101.TXT - Ann\nM200: 1\nM15: \n"
+                                  "M13: 102 - 00:1.TXT - "_L1 +
+                                      u"Ωtto"_s + " $$P\nM200: 1\nM206: 00:1\n"_L1 + second +
+                                      "M12: \nM290: 2 / 2"_L1);
     QCOMPARE(m_database->user.shown, QStringList());
 }
 
@@ -262,7 +269,9 @@ void tst_generate::endsEarly()
     QVERIFY(!run());
     QCOMPARE(m_lines.filter(u"M12"_s), QStringList());
     const QString messages = m_database->user.shown.join(u'\n');
-    QVERIFY2(messages.startsWith(shown.replace(u'@', m_out->path())), qPrintable(messages));
+    if (shown.contains(u'@'))
+        shown = QDir::toNativeSeparators(shown.replace(u'@', m_out->path()));
+    QVERIFY2(messages.startsWith(shown), qPrintable(messages));
     QVERIFY(!messages.contains(u'\n'));
     QTEST(files().join(u", "_s), "names");
 }

@@ -3,6 +3,7 @@
 #include "support/test_database.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -46,7 +47,7 @@ void tst_last_restart::findsTheFileOfAPhone()
     database.run("INSERT INTO SYSTEM_PARAMETERS VALUES('C1PAP2', '$$GENPATH', '"_L1 + database.folder() +
                  "')"_L1);
     const std::optional<QString> path = DeviceFiles(database.main).pathOf(phone);
-    QVERIFY(path && path->startsWith(database.folder()));
+    QVERIFY(path && path->startsWith(QDir::toNativeSeparators(database.folder())));
     QCOMPARE(fingerprintOf(path), u"-"_s);
     QFile file(*path);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("abc") == 3);

@@ -5,6 +5,7 @@
 #include "support/program_folder_fixture.h"
 #include "support/rows.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -180,7 +181,7 @@ void tst_upgrade::takesTheFirstMissingStep()
     const QString copy = u"velmora-%1.db"_s.arg(stored);
     QCOMPARE(QFile::exists(m_folder->file(copy)), !come.isEmpty() && !onServer());
     if (!come.isEmpty()) {
-        const QString kept = onServer() ? u"No copy"_s : m_folder->file(copy);
+        const QString kept = onServer() ? u"No copy"_s : QDir::toNativeSeparators(m_folder->file(copy));
         QVERIFY2(user.details[0].contains(kept), qPrintable(user.details[0]));
     }
     if (onServer())

@@ -241,15 +241,24 @@ std::vector<size_t> RecordModel::sortedPlaces(int column, Qt::SortOrder order) c
 {
     QCollator collator(m_language);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
+#ifdef Q_OS_WIN
+    // The keys that Qt makes there are compared in another order than their bytes', and with what lies
+    // behind.
+    const auto compareCodes = [&](size_t one, size_t other) {
+        return collator.compare(m_records[one].values[column], m_records[other].values[column]);
+    };
+#else
     std::vector<QCollatorSortKey> codes;
     codes.reserve(m_records.size());
     for (const Record& record : m_records)
         codes.push_back(collator.sortKey(record.values[column]));
+    const auto compareCodes = [&codes](size_t one, size_t other) { return codes[one].compare(codes[other]); };
+#endif
     const std::vector<int> descriptions = descriptionRanks(column, collator);
     std::vector<size_t> places(m_records.size());
     std::iota(places.begin(), places.end(), size_t{0});
     std::stable_sort(places.begin(), places.end(), [&](size_t one, size_t other) {
-        int difference = codes[one].compare(codes[other]);
+        int difference = compareCodes(one, other);
         if (difference == 0 && !descriptions.empty())
             difference = descriptions[one] - descriptions[other];
         return order == Qt::AscendingOrder ? difference < 0 : difference > 0;
