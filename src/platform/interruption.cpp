@@ -56,12 +56,12 @@ Interruption::Interruption(std::function<void()> interrupted)
     const QMutexLocker locker(&guard);
     receiver = std::make_unique<QObject>();
     callback = std::move(interrupted);
-    SetConsoleCtrlHandler(interrupt, TRUE);
+    // For good: to be told no more may mean to wait for a handler that is just being called.
+    [[maybe_unused]] static const BOOL isTold = SetConsoleCtrlHandler(interrupt, TRUE);
 }
 
 Interruption::~Interruption()
 {
-    SetConsoleCtrlHandler(interrupt, FALSE);
     const QMutexLocker locker(&guard);
     receiver.reset();
     callback = nullptr;

@@ -52,6 +52,12 @@ BOOL WINAPI putBack(DWORD)
     return FALSE; // the system's own handler comes next, and ends the process
 }
 
+/// For good: to be told no more may mean to wait for a handler that is just being called.
+void beToldOfTheEnd()
+{
+    [[maybe_unused]] static const BOOL isTold = SetConsoleCtrlHandler(putBack, TRUE);
+}
+
 } // namespace
 
 bool isAtTerminal()
@@ -84,17 +90,14 @@ HiddenInput::HiddenInput()
 {
     if (GetConsoleMode(input(), &shownMode) == 0)
         return;
-    SetConsoleCtrlHandler(putBack, TRUE);
+    beToldOfTheEnd();
     isHidden = true;
     SetConsoleMode(input(), shownMode & ~DWORD{ENABLE_ECHO_INPUT});
 }
 
 HiddenInput::~HiddenInput()
 {
-    if (!isHidden)
-        return;
     showInput();
-    SetConsoleCtrlHandler(putBack, FALSE);
 }
 
 Utf8Output::Utf8Output()
@@ -105,14 +108,13 @@ Utf8Output::Utf8Output()
         std::setvbuf(stream, nullptr, _IOFBF, 0x10000);
     }
     codePage = GetConsoleOutputCP();
-    SetConsoleCtrlHandler(putBack, TRUE);
+    beToldOfTheEnd();
     SetConsoleOutputCP(CP_UTF8);
 }
 
 Utf8Output::~Utf8Output()
 {
     putBackCodePage();
-    SetConsoleCtrlHandler(putBack, FALSE);
 }
 
 #else
