@@ -97,9 +97,10 @@ void tst_start_up::refuses_data()
     };
     toOpen("no folder", u"Provider=SQLite;Data Source=no/x.db"_s, u"Provider=SQLite;Data Source=no/x.db"_s,
            u"unable to open .*/no/x.db$"_s);
+#ifndef Q_OS_WIN // there the empty file that was begun stays
     toOpen("a folder in the place of the -wal", u"Provider=SQLite;Data Source=taken.db"_s,
-           u"Provider=SQLite;Data Source=taken.db"_s,
-           u"(disk I/O error|unable to open database file): .*/taken.db$"_s);
+           u"Provider=SQLite;Data Source=taken.db"_s, u"disk I/O error: .*/taken.db$"_s);
+#endif
     toOpen("password in quotes", u"Provider=MariaDB;Password='s;Port=ecret';Port=1"_s,
            u"Provider=MariaDB;Password=...;Port=1"_s, u"lacks"_s);
     toOpen("password with its own pairs", u"Provider=MariaDB;Password=a;secret=1;b;Port=1"_s,
