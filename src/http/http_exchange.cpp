@@ -14,6 +14,9 @@ namespace {
 /// How long a device may take to close a connection after its page, in milliseconds.
 constexpr int closingTime = 200;
 
+/// What is kept of a reply that is not read, in bytes.
+constexpr qint64 mostUnread = 1 << 16;
+
 } // namespace
 
 HttpExchange::HttpExchange(const MessageTexts& texts, quint16 port, LineSink line, int budget)
@@ -23,6 +26,7 @@ HttpExchange::HttpExchange(const MessageTexts& texts, quint16 port, LineSink lin
     m_budget.setTimerType(Qt::PreciseTimer);
     m_budget.setInterval(budget);
     m_grace.setSingleShot(true);
+    m_socket.setReadBufferSize(mostUnread);
     m_socket.setProxy(QNetworkProxy::NoProxy);
     connect(&m_socket, &QTcpSocket::readyRead, this, &HttpExchange::receive);
     connect(&m_socket, &QTcpSocket::errorOccurred, this, &HttpExchange::failed);
@@ -62,7 +66,7 @@ QCoro::Task<bool> HttpExchange::finishPost()
             break;
         sent = co_await sendRequest();
     }
-    const bool inTime = m_budget.isActive();
+    const bool inTime = hasTime();
     m_budget.stop();
     close();
     co_return inTime || !m_reply.isEmpty();
@@ -125,7 +129,7 @@ QCoro::Task<bool> HttpExchange::awaitReply()
 /// Waits until the device has closed the connection, at most for the budget.
 QCoro::Task<> HttpExchange::awaitClose()
 {
-    while (m_socket.state() == QAbstractSocket::ConnectedState && m_budget.isActive() && !m_aborted)
+    while (m_socket.state() == QAbstractSocket::ConnectedState && hasTime() && !m_aborted)
         co_await m_changed;
 }
 
@@ -135,9 +139,14 @@ bool HttpExchange::wasLost() const
            !m_aborted;
 }
 
+bool HttpExchange::hasTime() const
+{
+    return m_budget.remainingTime() > 0;
+}
+
 bool HttpExchange::timedOut()
 {
-    if (m_budget.isActive())
+    if (hasTime())
         return false;
     close();
     m_line(m_texts.line(u"M23"_s));
@@ -147,7 +156,7 @@ bool HttpExchange::timedOut()
 QCoro::Task<> HttpExchange::pause()
 {
     m_budget.start();
-    while (m_budget.isActive() && !m_aborted)
+    while (hasTime() && !m_aborted)
         co_await m_changed;
     m_budget.stop();
 }
@@ -161,7 +170,11 @@ void HttpExchange::abort()
 
 void HttpExchange::receive()
 {
-    m_reply.append(m_socket.readAll());
+    // Windows tells of what arrives before all else: of a device that sends without end no more is taken when
+    // its time is over, so that this is noticed.
+    const bool isOverdue = m_budget.remainingTime() == 0;
+    if (!isOverdue)
+        m_reply.append(m_socket.readAll());
     m_changed.wake();
 }
 

@@ -59,6 +59,7 @@ private:
     QCoro::Task<bool> awaitReply();
     QCoro::Task<> awaitClose();
     bool wasLost() const;
+    bool hasTime() const;
     bool timedOut();
     void receive();
     void failed(QAbstractSocket::SocketError error);
