@@ -108,6 +108,7 @@ QWidget* FStatus::createLists()
     m_phones->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_phones->setSortingEnabled(true);
     m_phones->header()->setSortIndicator(-1, Qt::AscendingOrder);
+    fitColumns();
     auto* splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_phones);
     splitter->addWidget(m_pages);
@@ -237,12 +238,17 @@ bool FStatus::refreshAll()
     QList<PhoneStatus> statuses;
     const bool wentThrough = compare(m_shown, statuses);
     m_table->reset(statuses);
-    for (int column = 0; column < m_table->columnCount(); ++column)
-        m_phones->resizeColumnToContents(column);
+    fitColumns();
     fillStates();
     if (m_rows->rowCount() > 0)
         m_phones->setCurrentIndex(m_rows->index(0, 0));
     return wentThrough;
+}
+
+void FStatus::fitColumns()
+{
+    for (int column = 0; column < m_table->columnCount(); ++column)
+        m_phones->resizeColumnToContents(column);
 }
 
 bool FStatus::compare(const PhoneChoice& choice, QList<PhoneStatus>& statuses)

@@ -50,6 +50,7 @@ private:
 
     bool run() override;
     bool refreshAll();
+    void fitColumns();
     bool compare(const PhoneChoice& choice, QList<PhoneStatus>& statuses);
     void refreshPhones(const QStringList& codes);
     bool generate();
