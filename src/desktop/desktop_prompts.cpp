@@ -101,7 +101,8 @@ std::optional<QString> chooseFolder(const QString& startFolder)
 /// The file of a dialog that has been closed, if one was chosen in it.
 std::optional<ChosenFile> chosenFile(const QString& path, const QString& kind, const QStringList& kinds)
 {
-    return path.isEmpty() ? std::nullopt : std::optional(ChosenFile{path, kinds.indexOf(kind)});
+    return path.isEmpty() ? std::nullopt
+                          : std::optional(ChosenFile{QDir::toNativeSeparators(path), kinds.indexOf(kind)});
 }
 
 std::optional<ChosenFile> chooseFileToRead(const QString& title, const QString& folder,

@@ -11,6 +11,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
+#include <QDir>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QTest>
@@ -179,11 +180,12 @@ void tst_FTableImport::tellsWhatCannotBeTaken()
     import("PH_DESC\nx\n");
     QVERIFY(!window());
     QCOMPARE(m_start->user.shown,
-             QStringList(m_folder->file(u"phones.csv"_s) +
+             QStringList(QDir::toNativeSeparators(m_folder->file(u"phones.csv"_s)) +
                          ": The first line must name the columns. Missing: CO_CODE, PH_CODE"_L1));
     m_start->user.fileAnswer = ChosenFile{m_folder->file(u"none.csv"_s)};
     button(*m_editor, u"Import"_s)->click();
-    QCOMPARE(m_start->user.shown.last(), m_folder->file(u"none.csv"_s) + ": No such file or directory"_L1);
+    const QString reason = QDir::fromNativeSeparators(m_start->user.shown.last());
+    QVERIFY2(reason.startsWith(m_folder->file(u"none.csv"_s) + ": "_L1), qPrintable(reason)); // the system's
 #ifndef Q_OS_WIN
     // A pipe without a writer.
     QCOMPARE(QProcess::execute(u"mkfifo"_s, {m_folder->file(u"pipe"_s)}), 0);
@@ -204,9 +206,9 @@ void tst_FTableImport::writesFiles()
         m_start->user.fileAnswer = ChosenFile{file, kind};
         button(*m_editor, u"Export"_s)->click();
         QCOMPARE(readWholeFile(file), QByteArray(content));
-        QCOMPARE(text(u"LErr"_s), "2 records: "_L1 + file);
+        QCOMPARE(text(u"LErr"_s), "2 records: "_L1 + QDir::toNativeSeparators(file));
     }
-    QCOMPARE(m_start->user.proposals.last(), m_folder->file(u"PHONES.csv"_s));
+    QCOMPARE(QDir::fromNativeSeparators(m_start->user.proposals.last()), m_folder->file(u"PHONES.csv"_s));
 }
 
 /// What somebody else does meanwhile is not written over, and what is open decides what can be done.
